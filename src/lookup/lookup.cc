@@ -1,0 +1,61 @@
+// CTCLookup: construction, emptying, destruction and the tree primitives the
+// edits share.
+#include "lookup/lookup.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <set>
+
+#include "platform/clip.h"
+#include "space/space.h"
+
+CTCLookup::CTCLookup(CTimeCodeSpace* owning_space) : space(owning_space) {}
+
+CTCLookup::~CTCLookup() {
+  // The space empties its lookups before deleting them, so its own teardown
+  // never gets here with play clips and never sleeps.
+  for (const CPlayClip& pc : playClips) {
+    space->__DelClipFromList(pc.clip);
+    usleep(1000);
+  }
+  playClips.clear();
+}
+
+void CTCLookup::Clear() { playClips.clear(); }
+
+void CTCLookup::dbgDumpTree() const {}
+
+bool CTCLookup::Insert(const CPlayClip& pc) { return playClips.insert(pc).second; }
+
+void CTCLookup::Erase(Position x) { playClips.erase(x); }
+
+bool CTCLookup::Rekey(Position x, uint32_t start) {
+  auto node = playClips.extract(x);
+  node.value().start = start;
+  if (CClip* record = node.value().clip) record->start = start;
+  return playClips.insert(std::move(node)).inserted;
+}
+
+namespace {
+
+[[noreturn]] void Broken(const char* what, uint32_t start) {
+  std::fprintf(stderr, "CTCLookup invariant broken at start %u: %s\n", start, what);
+  std::abort();
+}
+
+}  // namespace
+
+void CTCLookup::CheckInvariants() const {
+  std::set<const CClip*> played;
+  for (const CPlayClip& pc : playClips) {
+    if (pc.clip == nullptr) continue;
+    const CClip& record = *pc.clip;
+    if (record.start != pc.start || record.length != pc.length) {
+      Broken("play clip range differs from its record's range", pc.start);
+    }
+    if (record.owner != space) Broken("record is not on the owning space's list", pc.start);
+    if (!played.insert(pc.clip).second) Broken("record played by two play clips", pc.start);
+  }
+}

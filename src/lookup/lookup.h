@@ -1,0 +1,118 @@
+// CTCLookup: the play clips of one channel of a space, in a balanced tree
+// keyed by start frame, at most one per start. Owns its play clips by value.
+// Borrows the space (which outlives it) and the records its play clips point
+// to (on the space's clip list); an edit that splits or swallows a play clip
+// asks the space to add or drop a record.
+//
+// Thread safety: no lock of its own. Every member REQUIRES the owning space's
+// lock, held by the calling thread for the whole call. Edits re-enter that
+// lock through the space's list operations, and run the host's notifications
+// part-way through the edit.
+//
+// CAVEATS: every edit invalidates Positions.
+//
+// Invariants (CheckInvariants(), run after every step in tests):
+//  (1) starts are unique (the tree's key);
+//  (2) a play clip's start and length equal its record's range;
+//  (3) every record a play clip points to is on the owning space's list;
+//  (4) no record is played by two play clips.
+// The edits keep (2) to (4); (1) holds by construction: an insert whose start
+// is taken drops the newcomer without a report.
+#ifndef TCS_LOOKUP_LOOKUP_H_
+#define TCS_LOOKUP_LOOKUP_H_
+
+#include <cstdint>
+#include <cstddef>
+#include <set>
+
+#include "lookup/play_clip.h"
+#include "lookup/tc_range.h"
+#include "tcs_export.h"
+
+class CClip;
+class CTimeCodeSpace;
+
+// Edit flags of ModifyRange and AddClip. Bits 24..26 are one field: any other
+// value of it (combinations included) makes ModifyRange do nothing.
+#define TCS_EDIT_INSERT 0x1000000u
+#define TCS_EDIT_BLANK 0x2000000u
+#define TCS_EDIT_DELETE 0x4000000u
+#define TCS_EDIT_RIPPLE 0x200000u
+#define TCS_EDIT_OPERATION_MASK 0x7000000u
+
+class TCS_EXPORT CTCLookup {
+ public:
+  // Transparent: a search takes a bare frame, not a 4 KB CPlayClip key.
+  struct ByStart {
+    using is_transparent = void;
+    bool operator()(const CPlayClip& a, const CPlayClip& b) const { return a.start < b.start; }
+    bool operator()(const CPlayClip& a, uint32_t b) const { return a.start < b; }
+    bool operator()(uint32_t a, const CPlayClip& b) const { return a < b.start; }
+  };
+  using PlayClipSet = std::set<CPlayClip, ByStart>;
+  using Position = PlayClipSet::const_iterator;  // end(): no play clip
+
+  explicit CTCLookup(CTimeCodeSpace* space);
+  CTCLookup(const CTCLookup&) = delete;
+  CTCLookup& operator=(const CTCLookup&) = delete;
+  // Removes the records of the remaining play clips from the space, in start
+  // order, sleeping 1 ms after each, then frees the play clips.
+  virtual ~CTCLookup();
+
+  // --- Point queries: one descent plus at most one step; they never fail.
+  // findle: the greatest start at or before min(t, 10692000). Before every
+  // start (and, with a single play clip, always) it still returns the first
+  // play clip, so callers test containment themselves. end() only when empty.
+  Position findle(uint32_t t) const;
+  // The play clip containing t, else the first one starting after t, else end().
+  Position findge(uint32_t t) const;
+  // The play clip containing t, else end(). Only findle(t) is examined.
+  Position find(uint32_t t) const;
+  // The source position at t, measured from the record's sourceOrigin, or
+  // 0x80000001. out receives the play clip whenever one contains t.
+  uint32_t Translate(uint32_t t, CPlayClip& out) const;
+  // The play clip at t or, in a gap, the previous, next or nearest one, as
+  // the mode word says; returns the value its selector picks, or 0x80000001.
+  uint32_t FindPlayClip(uint32_t mode, uint32_t t, CPlayClip& out) const;
+
+  // --- Range edits.
+  void BlankRange(const CTCRange& r);
+  void DeleteRange(const CTCRange& r);
+  void InsertRange(const CTCRange& r);
+  void ModifyRange(uint32_t a, uint32_t b, uint32_t flags);
+  void AddClip(CClip* clip, uint32_t flags);
+
+  // --- Single play-clip edits, addressed by start.
+  void ShiftRange(uint32_t from, uint32_t to);
+  void TrimRange(uint32_t at, uint32_t in, uint32_t out);
+  void TrimRange(uint32_t at, uint32_t in, uint32_t out, int shift);
+  CPlayClip* RemoveClip(CPlayClip& pc);
+
+  // Frees every play clip; records stay on the list, nothing is reported.
+  void Clear();
+  void dbgDumpTree() const;  // diagnostic hook: does nothing
+
+  Position begin() const { return playClips.begin(); }
+  Position end() const { return playClips.end(); }
+  size_t size() const { return playClips.size(); }
+  bool empty() const { return playClips.empty(); }
+  CTimeCodeSpace* Space() const { return space; }
+
+  // Aborts with a message naming the first broken invariant. For tests.
+  void CheckInvariants() const;
+
+  PlayClipSet playClips;
+  CTimeCodeSpace* const space;  // not owned
+
+ private:
+  // Takes x out, gives it `start` (record too) and puts it back. Re-keys the
+  // tree node in place: no 4 KB effect text is copied. Returns false when the
+  // start was taken and the play clip was dropped.
+  bool Rekey(Position x, uint32_t start);
+  // Inserts a copy unless the start is taken; false when dropped.
+  bool Insert(const CPlayClip& pc);
+  // Takes x out and frees it; the record is left alone.
+  void Erase(Position x);
+};
+
+#endif  // TCS_LOOKUP_LOOKUP_H_

@@ -1,0 +1,33 @@
+// CTCRange: a span of record timecode with its transition effect (code,
+// duration in frames, and a name or text of at most 4095 characters).
+// A plain value: copies copy the whole 4096-byte text.
+#ifndef TCS_LOOKUP_TC_RANGE_H_
+#define TCS_LOOKUP_TC_RANGE_H_
+
+#include <cstdint>
+
+#include "tcs_export.h"
+
+class TCS_EXPORT CTCRange {
+ public:
+  static constexpr unsigned int kEffectTextSize = 4096;
+
+  CTCRange() = default;
+  CTCRange(const CTCRange&) = default;
+  CTCRange& operator=(const CTCRange&) = default;
+  virtual ~CTCRange() = default;
+
+  // Sets code, duration and text together. duration 0xFFFFFFFF keeps the
+  // current duration (20 frames when there is none). A caller's text longer
+  // than 4095 characters is cut in the caller's own buffer first. Without a
+  // text the range gets the standard name of its code, or none for a cut.
+  void SetEffect(unsigned int code, char* text, unsigned int duration);
+
+  uint32_t start = 0;
+  uint32_t length = 0;
+  uint32_t effectCode = 0;
+  uint32_t effectDuration = 0;
+  char effectText[kEffectTextSize] = {};
+};
+
+#endif  // TCS_LOOKUP_TC_RANGE_H_

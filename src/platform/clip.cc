@@ -1,0 +1,126 @@
+#include "platform/clip.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <new>
+
+namespace {
+
+// A heap copy of at most `max` characters of text; null for a null or empty
+// text. Throws std::bad_alloc. The caller frees the old text only after the
+// copy exists, so a failure leaves the record as it was.
+char* Dup(const char* text, size_t max) {
+  if (text == nullptr || text[0] == '\0') return nullptr;
+  const size_t n = strnlen(text, max);
+  char* copy = static_cast<char*>(std::malloc(n + 1));
+  if (copy == nullptr) throw std::bad_alloc();
+  std::memcpy(copy, text, n);
+  copy[n] = '\0';
+  return copy;
+}
+
+constexpr size_t kNoLimit = static_cast<size_t>(-1);
+
+}  // namespace
+
+CClip::CClip() : CTCRange(), CLIPINFO() {}
+
+CClip::~CClip() {
+  std::free(clipName);
+  std::free(name);
+  std::free(comment);
+  std::free(reel);
+}
+
+void CClip::ClearClip() {
+  static_cast<CTCRange&>(*this) = CTCRange();
+  std::free(clipName);
+  std::free(name);
+  std::free(comment);
+  std::free(reel);
+  static_cast<CLIPINFO&>(*this) = CLIPINFO();
+  hostTag = 0;
+  channel = 0;
+}
+
+void CClip::SetClip(const CClip* other) {
+  if (other == this) return;
+  if (other == nullptr) {
+    ClearClip();
+    return;
+  }
+  static_cast<CTCRange&>(*this) = static_cast<const CTCRange&>(*other);
+  SetClip(static_cast<const CLIPINFO*>(other));
+  hostTag = other->hostTag;
+  channel = other->channel;
+}
+
+void CClip::SetClip(const CLIPINFO* info) {
+  if (info == nullptr || info == static_cast<const CLIPINFO*>(this)) return;
+  // All copies first: a failed allocation leaves this record unchanged.
+  std::unique_ptr<char, decltype(&std::free)> new_clip_name(Dup(info->clipName, kClipNameMax),
+                                                            &std::free);
+  std::unique_ptr<char, decltype(&std::free)> new_name(Dup(info->name, kNoLimit), &std::free);
+  std::unique_ptr<char, decltype(&std::free)> new_comment(Dup(info->comment, kNoLimit),
+                                                          &std::free);
+  char* new_reel = Dup(info->reel, kNoLimit);
+  std::free(clipName);
+  std::free(name);
+  std::free(comment);
+  std::free(reel);
+  clipName = new_clip_name.release();
+  name = new_name.release();
+  comment = new_comment.release();
+  reel = new_reel;
+  sourceIn = info->sourceIn;
+  sourceOut = info->sourceOut;
+  sourceOrigin = info->sourceOrigin;
+  sourceEnd = info->sourceEnd;
+  std::memcpy(libReserved, info->libReserved, sizeof libReserved);
+  videoMask = info->videoMask;
+  audioMask = info->audioMask;
+  auxMask = info->auxMask;
+  std::memcpy(libTrailer, info->libTrailer, sizeof libTrailer);
+}
+
+void CClip::GetString(char* buffer, const char* text, unsigned long size) {
+  if (buffer == nullptr || size == 0) return;
+  const size_t n = text == nullptr ? 0 : strnlen(text, size - 1);
+  if (n != 0) std::memcpy(buffer, text, n);
+  buffer[n] = '\0';
+}
+
+void CClip::SetName(const char* text) {
+  char* copy = Dup(text, kNoLimit);
+  std::free(name);
+  name = copy;
+}
+
+void CClip::SetReel(const char* text) {
+  char* copy = Dup(text, kNoLimit);
+  std::free(reel);
+  reel = copy;
+}
+
+void CClip::SetComment(const char* text) {
+  char* copy = Dup(text, kNoLimit);
+  std::free(comment);
+  comment = copy;
+}
+
+void CClip::SetClipName(const char* text) {
+  char* copy = Dup(text, kClipNameMax);
+  std::free(clipName);
+  clipName = copy;
+}
+
+extern "C" unsigned int findChannel(unsigned int mask, unsigned int* rest, unsigned int base) {
+  if (mask == 0) {
+    if (rest != nullptr) *rest = 0;
+    return 0xFFFFFFFFu;
+  }
+  const unsigned int bit = static_cast<unsigned int>(__builtin_ctz(mask));
+  if (rest != nullptr) *rest = mask & (mask - 1);
+  return base + bit;
+}

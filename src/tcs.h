@@ -1,0 +1,26 @@
+// tcspace: time code spaces for playout and editing hosts. The one header a
+// host or a test includes.
+#ifndef TCS_H_
+#define TCS_H_
+
+#include "tcs_export.h"
+#include "tcs_status.h"
+
+#include "platform/errlog.h"
+#include "platform/qvos.h"
+#include "platform/vsync.h"
+#include "lookup/clip_info.h"
+#include "space/clip_callback.h"
+#include "space/space_api.h"
+#include "command/tcs_cmd.h"
+
+#ifdef __cplusplus
+#include "lookup/lookup.h"
+#include "lookup/play_clip.h"
+#include "lookup/tc_range.h"
+#include "lookup/timecode.h"
+#include "platform/clip.h"
+#include "space/space.h"
+#endif
+
+#endif  // TCS_H_
