@@ -13,6 +13,8 @@
 #include "space/clip_callback.h"
 #include "space/space_api.h"
 #include "command/tcs_cmd.h"
+#include "command/command_api.h"
+#include "backup/backup_api.h"
 
 #ifdef __cplusplus
 #include "lookup/lookup.h"
