@@ -75,7 +75,8 @@ struct Model {
     }
   }
   void Check() {
-    std::sort(runs.begin(), runs.end(), [](const Run& a, const Run& b) { return a.start < b.start; });
+    std::sort(runs.begin(), runs.end(),
+              [](const Run& a, const Run& b) { return a.start < b.start; });
     for (size_t i = 0; i < runs.size(); ++i) {
       const bool fits = runs[i].length > 0 && runs[i].start >= 0 && runs[i].end() <= kLastStart;
       if (!fits || (i > 0 && runs[i].start < runs[i - 1].end())) exact = false;
@@ -110,7 +111,9 @@ class Sequence {
   }
 
  private:
-  uint32_t U(uint32_t lo, uint32_t hi) { return std::uniform_int_distribution<uint32_t>(lo, hi)(rng_); }
+  uint32_t U(uint32_t lo, uint32_t hi) {
+    return std::uniform_int_distribution<uint32_t>(lo, hi)(rng_);
+  }
 
   // Near play clip edges often; in a sparse run near 0, near the end of the
   // timeline and anywhere in 32 bits.
