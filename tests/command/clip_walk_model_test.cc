@@ -8,7 +8,6 @@
 #include <cstring>
 #include <map>
 #include <random>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -107,82 +106,71 @@ void LayAll(CTimeCodeSpace* space, const std::vector<Clip>& clips, std::mt19937&
   }
 }
 
+// Steps to the end as a host does; checks what every step must hold.
 std::vector<Event> Walk(CTimeCodeSpace* space, size_t max_steps) {
   TCSCMD record = tcs_test::WalkRecord();
   std::vector<Event> events;
-  for (size_t step = 0; step <= max_steps; ++step) {
-    SCOPED_TRACE(testing::Message() << "step " << step);
+  while (events.size() <= max_steps) {
+    SCOPED_TRACE(testing::Message() << "step " << events.size());
     TCSCMD copy = record;
     CClip got;
     const uint32_t peek = tcsFindNextClip(space, &copy, 1, &got);
     const uint32_t r = tcsFindNextClip(space, &record, 0, nullptr);
     EXPECT_EQ(peek, r);
     if (r == kEnd) {
-      EXPECT_EQ((Event{record.position, record.videoMask, record.audioMask, record.inPoint, record.outPoint, ""}),
+      EXPECT_EQ((Event{record.position, record.videoMask, record.audioMask, record.inPoint,
+                       record.outPoint, ""}),
                 (Event{kNone, 0, 0, kNone, kNone, ""}));
       EXPECT_EQ(tcsFindNextClip(space, &record, 0, nullptr), kEnd);
       return events;
     }
-    events.push_back({r, copy.videoMask, copy.audioMask, record.inPoint, record.outPoint, TcsCmdReplyText(record)});
+    events.push_back({r, copy.videoMask, copy.audioMask, record.inPoint, record.outPoint,
+                      TcsCmdReplyText(record)});
     EXPECT_EQ(record.position, r);
-    EXPECT_EQ(record.flags & 0x2560u, 0x2560u);
-    EXPECT_EQ((record.videoMask & copy.videoMask), copy.videoMask);
-    EXPECT_EQ((record.audioMask & copy.audioMask), copy.audioMask);
-    EXPECT_EQ(got.start, r);
-    EXPECT_EQ(got.sourceIn, record.inPoint);
+    EXPECT_EQ(record.flags, 0x2560u);
+    EXPECT_EQ(record.videoMask & copy.videoMask, copy.videoMask);
+    EXPECT_EQ(record.audioMask & copy.audioMask, copy.audioMask);
+    EXPECT_EQ((std::pair{got.start, uint32_t{got.sourceIn}}), (std::pair{r, record.inPoint}));
   }
   ADD_FAILURE() << "the walk did not end";
   return events;
 }
 
-uint32_t FirstSeed() {
+// On aligned timelines the walk reports exactly the model's events. Where
+// clips start inside other channels' clips, a channel reported earlier can
+// stay marked past a clip of its own, so completeness is not claimed there;
+// whatever is reported is a searched clip, once, in start order, with its
+// event's source.
+TEST(ClipWalkModel, ReportsSearchedClipsOnceInStartOrder) {
   const char* env = std::getenv("TCS_WALK_SEED");
-  return env != nullptr ? static_cast<uint32_t>(std::strtoul(env, nullptr, 10)) : 301;
-}
-
-TEST(ClipWalkModel, AlignedTimelinesReportEveryClipOnceInStartOrder) {
-  for (uint32_t seed = FirstSeed(); seed < FirstSeed() + 20; ++seed) {
+  const uint32_t first = env != nullptr ? std::strtoul(env, nullptr, 10) : 301;
+  for (uint32_t seed = first; seed < first + 40; ++seed) {
+    const bool aligned = seed % 2 == 0;
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     std::mt19937 rng(seed);
-    const std::vector<Clip> clips = RandomTimeline(rng, true);
+    const std::vector<Clip> clips = RandomTimeline(rng, aligned);
     tcs_test::OpenedSpace space;
     LayAll(space.get(), clips, rng);
-    EXPECT_EQ(Walk(space.get(), clips.size()), ModelEvents(clips));
-  }
-}
-
-// Where clips start inside other channels' clips, a channel reported earlier
-// can stay marked past a clip of its own, so completeness is not claimed;
-// whatever is reported is a real searched clip, once, in start order, with
-// the fields of its event.
-TEST(ClipWalkModel, OverlappingTimelinesNeverReportAClipTwiceOrOutOfOrder) {
-  for (uint32_t seed = FirstSeed(); seed < FirstSeed() + 20; ++seed) {
-    SCOPED_TRACE(testing::Message() << "seed " << seed);
-    std::mt19937 rng(seed);
-    const std::vector<Clip> clips = RandomTimeline(rng, false);
-    tcs_test::OpenedSpace space;
-    LayAll(space.get(), clips, rng);
-    std::map<std::pair<uint32_t, uint32_t>, Source> at;
-    for (const Clip& c : clips) at[{c.channel, c.start}] = c.source;
-    std::set<std::pair<uint32_t, uint32_t>> reported;
+    const std::vector<Event> events = Walk(space.get(), clips.size());
+    if (aligned) EXPECT_EQ(events, ModelEvents(clips));
+    std::map<std::pair<uint32_t, uint32_t>, Source> unreported;
+    for (const Clip& c : clips) unreported[{c.channel, c.start}] = c.source;
     uint32_t last = 0;
-    for (const Event& e : Walk(space.get(), clips.size())) {
+    for (const Event& e : events) {
       EXPECT_GE(e.start, last);
       last = e.start;
+      EXPECT_EQ(e.video & ~0xFu, 0u);
       for (uint32_t channel : kSearched) {
         Event bit{};
         AddMark(bit, channel);
         if ((e.video & bit.video) == 0 && (e.audio & bit.audio) == 0) continue;
-        const auto found = at.find({channel, e.start});
-        ASSERT_NE(found, at.end()) << "channel " << channel << " at " << e.start;
-        EXPECT_TRUE(reported.insert({channel, e.start}).second);
-        EXPECT_EQ(found->second.source_in, e.in);
-        EXPECT_EQ(found->second.length, e.out - e.in);
+        const auto it = unreported.find({channel, e.start});
+        ASSERT_NE(it, unreported.end()) << "channel " << channel << " at " << e.start;
+        EXPECT_EQ((std::pair{it->second.source_in, it->second.length}), (std::pair{e.in, e.out - e.in}));
+        unreported.erase(it);
       }
-      EXPECT_EQ(e.video & ~0xFu, 0u);
-      EXPECT_EQ(e.audio & ~0xFFFFu, 0u);
     }
-    EXPECT_GT(reported.size(), 0u);
+    EXPECT_LT(unreported.size(), clips.size());
   }
 }
 

@@ -17,11 +17,13 @@ namespace tcs_test {
 struct Laid {
   uint32_t channel, start, length, source_in;
   const char* name;
+  uint32_t source_out = 0;  // 0: source_in + length
 };
 
 inline void Lay(CTimeCodeSpace* space, const std::vector<Laid>& clips) {
   for (const Laid& c : clips) {
     auto clip = MakeClip(c.start, c.length, c.source_in, c.name);
+    if (c.source_out != 0) clip->sourceOut = c.source_out;
     ASSERT_EQ(tcsAddClip(space, clip.get(), c.channel), 0u);
   }
 }
