@@ -15,6 +15,16 @@
 // Every searched channel holds at most one clip per start, so a channel is
 // reported at most once at a cursor position; a channel marked on entry is
 // passed over until the cursor moves on by a restart, which clears the marks.
+//
+// CAVEATS: a sweep that finds an event past the cursor but before the limit
+// moves the cursor without a restart, so the marks of the earlier position
+// are carried along. A carried channel is still passed over, and a clip of
+// its own that starts before the next restart is never reported:
+//   ch 0  |X |X2|      cursor 0 -> X; 0 -> Y at 5 (ch 0 carried);
+//   ch 1    |Y.......| 5 -> Z at 10; at 10 ch 0 and 2 are marked: restart,
+//   ch 2     |Z...|    and X2 now began before the cursor.
+// A timeline on which no clip starts inside another searched channel's clip
+// never moves the cursor that way, and its walk reports every clip.
 #ifndef TCS_COMMAND_CLIP_WALK_H_
 #define TCS_COMMAND_CLIP_WALK_H_
 

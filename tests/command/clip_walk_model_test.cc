@@ -152,7 +152,9 @@ TEST(ClipWalkModel, ReportsSearchedClipsOnceInStartOrder) {
     tcs_test::OpenedSpace space;
     LayAll(space.get(), clips, rng);
     const std::vector<Event> events = Walk(space.get(), clips.size());
-    if (aligned) EXPECT_EQ(events, ModelEvents(clips));
+    if (aligned) {
+      EXPECT_EQ(events, ModelEvents(clips));
+    }
     std::map<std::pair<uint32_t, uint32_t>, Source> unreported;
     for (const Clip& c : clips) unreported[{c.channel, c.start}] = c.source;
     uint32_t last = 0;
