@@ -19,10 +19,11 @@
 // CAVEATS: a sweep that finds an event past the cursor but before the limit
 // moves the cursor without a restart, so the marks of the earlier position
 // are carried along. A carried channel is still passed over, and a clip of
-// its own that starts before the next restart is never reported:
-//   ch 0  |X |X2|      cursor 0 -> X; 0 -> Y at 5 (ch 0 carried);
-//   ch 1    |Y.......| 5 -> Z at 10; at 10 ch 0 and 2 are marked: restart,
-//   ch 2     |Z...|    and X2 now began before the cursor.
+// its own that starts before the next restart is never reported. With X
+// [0, 10) and X2 [10, 20) on channel 0, Y [5, 100) on channel 1 and Z
+// [10, 30) on channel 2, the walk reports X at 0, Y at 5 (channel 0
+// carried), Z at 10 (channel 0 carried: X2 is passed over), then restarts
+// at 11, where X2 lies behind the cursor, and ends.
 // A timeline on which no clip starts inside another searched channel's clip
 // never moves the cursor that way, and its walk reports every clip.
 #ifndef TCS_COMMAND_CLIP_WALK_H_

@@ -152,7 +152,8 @@ TEST(ClipWalk, MissingRecordsAndHandlesEndOrSkipWithoutACrash) {
   bare.length = 10;
   space->lookups[1]->playClips.insert(bare);
   TCSCMD record = WalkRecord();
-  EXPECT_EQ(WalkAll(space.get(), record), (std::vector<Step>{{0, 0x2, 0}, {40, 0x1, 0}, {kEnd, 0, 0}}));
+  EXPECT_EQ(WalkAll(space.get(), record),
+            (std::vector<Step>{{0, 0x2, 0}, {40, 0x1, 0}, {kEnd, 0, 0}}));
   record = WalkRecord(TCSF_AT, 25);
   EXPECT_EQ(tcsFindNextClip(space.get(), &record, 0, nullptr), kEnd);
 
