@@ -79,10 +79,10 @@ WalkSetUp SetUpWalk(const TCSCMD& record) {
   walk.audio_marks = record.audioMask;
   // After a find, outPoint - inPoint is the length of the event reported, so
   // the limit is that event's end. The sum wraps, as all timecode sums do:
-  // inPoint 0 and outPoint 0xFFFFFFFF mean no limit only at position 0; at
-  // any later position they give position - 1, and a walk started there
-  // without marks ends at once. Start a walk elsewhere with inPoint equal to
-  // outPoint.
+  // inPoint 0 and outPoint 0xFFFFFFFF mean no limit only at position 0; at a
+  // later position they give position - 1, below every clip at or after the
+  // cursor, so a walk started there without marks ends at once. A walk
+  // started elsewhere passes inPoint equal to outPoint.
   walk.limit = record.inPoint < record.outPoint
                    ? record.position + (record.outPoint - record.inPoint)
                    : kNoTimecode;
