@@ -1,8 +1,8 @@
 // The backup entry points: handle checks and one pass through each.
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 #include "support/log_capture.h"
 #include "support/temp_dir.h"
@@ -28,7 +28,8 @@ TEST(BackupApi, BadSpacesAreRefusedAndLogged) {
     EXPECT_EQ(tcsGetNumberOfBackUpsAvailable(space), 0u);
     EXPECT_EQ(tcsSetBackUpRestore(space, 1, restored), TCS_ERR_BAD_HANDLE);
     EXPECT_STREQ(restored, "untouched");
-    EXPECT_EQ(log.Lines(), (std::vector<std::string>{"TCSpace(0xA8080004)", "TCSpace(0xA8080004)"}));
+    EXPECT_EQ(log.Lines(),
+              (std::vector<std::string>{"TCSpace(0xA8080004)", "TCSpace(0xA8080004)"}));
   }
 }
 

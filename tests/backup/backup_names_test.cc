@@ -23,19 +23,15 @@ TEST(BackupNames, Table) {
     const char* file;
     const char* minus_one;
     const char* zero;
-    const char* n999;
     const char* n1000;
   };
   const Case cases[] = {
       {"/data/timeline.spc", "/data/timeline.-01.spc", "/data/timeline.000.spc",
-       "/data/timeline.999.spc", "/data/timeline.1000.spc"},
-      {"/data/timeline", "/data/timeline.-01.", "/data/timeline.000.", "/data/timeline.999.",
-       "/data/timeline.1000."},
-      {"/data/timeline.", "/data/timeline.-01.", "/data/timeline.000.", "/data/timeline.999.",
-       "/data/timeline.1000."},
-      {"a.b.spc", "a.b.-01.spc", "a.b.000.spc", "a.b.999.spc", "a.b.1000.spc"},
-      {"/d.x/.hidden", "/d.x/.hidden.-01.", "/d.x/.hidden.000.", "/d.x/.hidden.999.",
-       "/d.x/.hidden.1000."},
+       "/data/timeline.1000.spc"},
+      {"/data/timeline", "/data/timeline.-01.", "/data/timeline.000.", "/data/timeline.1000."},
+      {"/data/timeline.", "/data/timeline.-01.", "/data/timeline.000.", "/data/timeline.1000."},
+      {"a.b.spc", "a.b.-01.spc", "a.b.000.spc", "a.b.1000.spc"},
+      {"/d.x/.hidden", "/d.x/.hidden.-01.", "/d.x/.hidden.000.", "/d.x/.hidden.1000."},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.file);
@@ -43,7 +39,6 @@ TEST(BackupNames, Table) {
     ASSERT_TRUE(names.has_value());
     EXPECT_EQ(BackupName(*names, -1), c.minus_one);
     EXPECT_EQ(BackupName(*names, 0), c.zero);
-    EXPECT_EQ(BackupName(*names, 999), c.n999);
     EXPECT_EQ(BackupName(*names, 1000), c.n1000);
     EXPECT_STREQ(names->Own(), c.file) << "the restore writes the space's file itself";
   }

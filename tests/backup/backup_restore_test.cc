@@ -1,6 +1,9 @@
 // Counting and restoring backups on real files, against a model of what a
 // restore does to the numbered files.
+#include "backup/backup_restore.h"
+
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -10,9 +13,6 @@
 #include <map>
 #include <string>
 
-#include <gtest/gtest.h>
-
-#include "backup/backup_restore.h"
 #include "support/log_capture.h"
 #include "support/temp_dir.h"
 
@@ -41,7 +41,8 @@ std::string BackupPath(const TempDir& dir, int number) {
 
 void Write(const TempDir& dir, const Layout& layout) {
   WriteFile(dir.File("timeline.spc"), layout.own);
-  for (const auto& [number, contents] : layout.backups) WriteFile(BackupPath(dir, number), contents);
+  for (const auto& [number, contents] : layout.backups)
+    WriteFile(BackupPath(dir, number), contents);
 }
 
 // Reads every file of the folder, failing on any the model cannot name.
@@ -91,8 +92,8 @@ TEST(BackupRestore, MatchesTheModel) {
     for (bool stray : {false, true}) {
       for (bool minus_one : {false, true}) {
         for (uint32_t n = 0; n <= static_cast<uint32_t>(run) + 1; ++n) {
-          SCOPED_TRACE(testing::Message() << "run " << run << " stray " << stray << " -1 "
-                                          << minus_one << " n " << n);
+          SCOPED_TRACE(testing::Message()
+                       << "run " << run << " stray " << stray << " -1 " << minus_one << " n " << n);
           Layout before;
           before.own = "space";
           for (int i = 0; i < run; ++i) before.backups[i] = "backup " + std::to_string(i);
