@@ -1,0 +1,92 @@
+// CTimeCodeSpace: construction, stamping, emptying and destruction.
+#include "space/space.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <set>
+
+#include "platform/vsync.h"
+#include "space/space_lock.h"
+
+CTimeCodeSpace::CTimeCodeSpace() {
+  qvOSZeroMemory(lookups, sizeof lookups);
+  qvOSZeroMemory(fileName, sizeof fileName);
+  qvOSInitializeCriticalSection(&lock);
+}
+
+CTimeCodeSpace::~CTimeCodeSpace() {
+  {
+    tcs::SpaceLock guard(*this);
+    Destroy();
+    // Empty by now: the lookups' destructors release no records and never sleep.
+    for (CTCLookup*& lookup : lookups) {
+      delete lookup;
+      lookup = nullptr;
+    }
+  }
+  qvOSDeleteCriticalSection(&lock);
+}
+
+void CTimeCodeSpace::Stamp() {
+  const uint32_t now = vsyncGetCurMs();
+  changeStamp.store(now, std::memory_order_relaxed);
+  checkStamp.store(now, std::memory_order_relaxed);
+  fileTime.store(qvOSFileTimeModified(fileName), std::memory_order_relaxed);
+}
+
+void CTimeCodeSpace::Destroy() {
+  Stamp();
+  tcs::SpaceLock guard(*this);
+  DestroyLookup();
+  while (firstClip != nullptr) __DelClipFromList(firstClip);
+  lastClip = nullptr;
+}
+
+void CTimeCodeSpace::DestroyLookup() {
+  Stamp();
+  tcs::SpaceLock guard(*this);
+  for (CTCLookup* lookup : lookups) {
+    if (lookup != nullptr) lookup->Clear();
+  }
+}
+
+CTCLookup* CTimeCodeSpace::LookupOf(uint32_t channel) const {
+  return lookups[channel < kChannels ? channel : 0];
+}
+
+namespace {
+
+[[noreturn]] void Broken(const char* what) {
+  std::fprintf(stderr, "CTimeCodeSpace invariant broken: %s\n", what);
+  std::abort();
+}
+
+}  // namespace
+
+void CTimeCodeSpace::CheckInvariants() const {
+  auto& self = const_cast<CTimeCodeSpace&>(*this);
+  tcs::SpaceLock guard(self);
+  if ((firstClip == nullptr) != (lastClip == nullptr)) Broken("one end of the list is null");
+  std::set<const CClip*> listed;
+  const CClip* prev = nullptr;
+  for (const CClip* c = firstClip; c != nullptr; c = c->next) {
+    if (c->prev != prev) Broken("prev link does not match");
+    if (c->owner != this) Broken("listed record owned by another space");
+    if (c->channel >= kChannels) Broken("listed record on channel 96 or above");
+    if (!listed.insert(c).second) Broken("list has a cycle");
+    prev = c;
+  }
+  if (prev != lastClip) Broken("lastClip is not the list's last record");
+  std::set<const CClip*> played;
+  for (uint32_t channel = 0; channel < kChannels; ++channel) {
+    const CTCLookup* lookup = lookups[channel];
+    if (lookup == nullptr) continue;
+    lookup->CheckInvariants();
+    for (const CPlayClip& pc : lookup->playClips) {
+      if (pc.clip == nullptr) continue;
+      if (listed.count(pc.clip) == 0) Broken("play clip's record is not listed");
+      if (pc.clip->channel != channel) Broken("play clip's record names another channel");
+      if (!played.insert(pc.clip).second) Broken("record played on two channels");
+    }
+  }
+}

@@ -1,0 +1,84 @@
+// The space's entry points: each resolves its handle and calls one function.
+// A handle that is null or not open (never opened, or closed) gets the
+// entry point's handle status instead of a crash.
+#include "space/space_api.h"
+
+#include "lookup/timecode.h"
+#include "platform/errlog.h"
+#include "space/current_clip.h"
+#include "space/registry.h"
+#include "space/space.h"
+#include "space/status_log.h"
+#include "tcs_status.h"
+
+extern "C" {
+
+CTimeCodeSpace* tcsOpen(CTimeCodeSpace* handle, void*, const char* path) {
+  return tcs::OpenSpace(handle, path);
+}
+
+unsigned int tcsClose(CTimeCodeSpace* handle) { return tcs::CloseSpace(handle); }
+
+// The setters also refuse a handle that is not open: storing into a closed
+// space would write freed memory.
+unsigned int tcsSetAddCallback(CTimeCodeSpace* space, void* context, TcsClipCallback callback) {
+  if (!tcs::IsOpenSpace(space)) {
+    ErrOut("clsSetAddCallback(0x%lX)", static_cast<unsigned long>(TCS_ERR_SETTER_NULL_SPACE));
+    return TCS_ERR_SETTER_NULL_SPACE;
+  }
+  space->addClipContext = context;
+  space->addClipCallback = callback;
+  return TCS_OK;
+}
+
+unsigned int tcsSetDelCallback(CTimeCodeSpace* space, void* context, TcsClipCallback callback) {
+  if (!tcs::IsOpenSpace(space)) {
+    ErrOut("clsSetDelCallback(0x%lX)", static_cast<unsigned long>(TCS_ERR_SETTER_NULL_SPACE));
+    return TCS_ERR_SETTER_NULL_SPACE;
+  }
+  space->delClipContext = context;
+  space->delClipCallback = callback;
+  return TCS_OK;
+}
+
+// No operation issues a change notification, so nothing is stored.
+unsigned int tcsSetChangeCallback(CTimeCodeSpace*, void*, TcsClipCallback) { return TCS_OK; }
+
+unsigned int tcsAddClip(CTimeCodeSpace* space, CClip* clip, unsigned int channel) {
+  if (!tcs::IsOpenSpace(space)) return tcs::LogStatus(TCS_ERR_BAD_HANDLE);
+  if (clip == nullptr) return tcs::LogStatus(TCS_ERR_BAD_ARGUMENTS);
+  tcs::CorrectAddedClip(*clip);
+  if (space->AddClip(0, clip, channel) == nullptr) return tcs::LogStatus(TCS_ERR_ADD_REFUSED);
+  return TCS_OK;
+}
+
+unsigned int tcsSetCurClip(CTimeCodeSpace* space, CClip* clip) {
+  if (!tcs::IsOpenSpace(space)) return tcs::LogStatus(TCS_ERR_NULL_SPACE);
+  if (clip == nullptr) return tcs::LogStatus(TCS_ERR_BAD_ARGUMENTS);
+  return tcs::SetCurrentClip(*space, *clip);
+}
+
+unsigned int tcsGetCurClip(CTimeCodeSpace* space, CClip* clip) {
+  if (!tcs::IsOpenSpace(space)) return tcs::LogStatus(TCS_ERR_NULL_SPACE);
+  if (clip == nullptr) return tcs::LogStatus(TCS_ERR_BAD_ARGUMENTS);
+  return tcs::GetCurrentClip(*space, *clip);
+}
+
+unsigned int tcsClipActive(CTimeCodeSpace* space) {
+  return tcs::IsOpenSpace(space) ? space->clipActive : 0;
+}
+
+// clipOut may be null when the host wants only the position.
+unsigned int tcsTranslate(CTimeCodeSpace* space, unsigned int mode, unsigned int timecode,
+                          CClip** clipOut, unsigned int channel) {
+  if (!tcs::IsOpenSpace(space)) return tcs::LogStatus(TCS_ERR_BAD_HANDLE);
+  CPlayClip pc;
+  uint32_t result = space->Translate(timecode, pc, channel);
+  if ((mode & 1u) != 0 && result == tcs::kNotFound) {
+    result = space->FindPlayClip(mode, timecode, pc, channel);
+  }
+  if (clipOut != nullptr) *clipOut = result == tcs::kNotFound ? nullptr : pc.clip;
+  return result;
+}
+
+}  // extern "C"

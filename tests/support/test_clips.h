@@ -1,0 +1,70 @@
+// Small helpers shared by the tests: an open space that closes itself, clip
+// records built in one line, a clock the test drives, and counting
+// notifications.
+#ifndef TCS_TESTS_SUPPORT_TEST_CLIPS_H_
+#define TCS_TESTS_SUPPORT_TEST_CLIPS_H_
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "tcs.h"
+
+namespace tcs_test {
+
+// A space opened with tcsOpen and closed on destruction (unless already closed).
+class OpenedSpace {
+ public:
+  explicit OpenedSpace(const char* path = nullptr) : space_(tcsOpen(nullptr, nullptr, path)) {}
+  ~OpenedSpace() {
+    if (space_ != nullptr) tcsClose(space_);
+  }
+  OpenedSpace(const OpenedSpace&) = delete;
+  OpenedSpace& operator=(const OpenedSpace&) = delete;
+
+  CTimeCodeSpace* get() const { return space_; }
+  CTimeCodeSpace* operator->() const { return space_; }
+  CTimeCodeSpace& operator*() const { return *space_; }
+  // Closes now; the destructor then does nothing.
+  unsigned int Close() {
+    const unsigned int status = tcsClose(space_);
+    space_ = nullptr;
+    return status;
+  }
+
+ private:
+  CTimeCodeSpace* space_;
+};
+
+// A record at [start, start + length) playing source frames from source_in.
+std::unique_ptr<CClip> MakeClip(uint32_t start, uint32_t length, uint32_t source_in = 0,
+                                const char* name = nullptr);
+
+// Replaces the library's clock while it lives; Set() moves it.
+class FakeClock {
+ public:
+  explicit FakeClock(unsigned int start_ms = 1000);
+  ~FakeClock();
+  FakeClock(const FakeClock&) = delete;
+  FakeClock& operator=(const FakeClock&) = delete;
+  void Set(unsigned int ms);
+  void Advance(unsigned int ms);
+};
+
+// Records what the host's add and delete notifications were told. Install()
+// registers both on a space; `refuse` makes additions answer 1.
+struct NotificationLog {
+  std::vector<CClip*> added;    // the records the add notification was asked about
+  std::vector<CClip*> deleted;  // the records the delete notification received
+  bool refuse = false;
+  void Install(CTimeCodeSpace* space);
+  static unsigned int OnAdd(void* context, CTimeCodeSpace* space, CClip* clip);
+  static unsigned int OnDel(void* context, CTimeCodeSpace* space, CClip* clip);
+};
+
+// The records on a space's clip list, in order.
+std::vector<CClip*> ListedClips(const CTimeCodeSpace& space);
+
+}  // namespace tcs_test
+
+#endif  // TCS_TESTS_SUPPORT_TEST_CLIPS_H_
