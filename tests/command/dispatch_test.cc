@@ -65,8 +65,8 @@ TEST(Dispatch, IgnoredCommandsLeaveTheRecordAndTheSpaceAlone) {
     const bool query = command >= TCSCMD_GET && command <= TCSCMD_GET_ALT;
     if (!edit && !query) commands.push_back(command);
   }
-  tcs_test::OpenedSpace space;
   tcs_test::NotificationLog notifications;
+  tcs_test::OpenedSpace space;
   notifications.Install(space.get());
   auto clip = tcs_test::MakeClip(100, 100, 1000);
   ASSERT_EQ(tcsAddClip(space.get(), clip.get(), 0), 0u);

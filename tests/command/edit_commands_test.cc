@@ -41,8 +41,8 @@ struct Timeline {
       }
     }
   }
+  tcs_test::NotificationLog log;  // outlives the space, which reports to it on close
   tcs_test::OpenedSpace space;
-  tcs_test::NotificationLog log;
 };
 
 struct EditRow {
@@ -194,8 +194,8 @@ TEST(EditCommands, ClipFormPlacesTheRecordBetweenItsTwoEnds) {
   };
   for (const ClipFormRow& row : rows) {
     SCOPED_TRACE(row.what);
-    tcs_test::OpenedSpace space;
     tcs_test::NotificationLog notifications;
+    tcs_test::OpenedSpace space;
     notifications.Install(space.get());
     auto record = NewCommand(TCSCMD_INSERT, TCSF_TEXT | row.flags);
     record->videoMask = 0x2;  // channel 1
@@ -232,8 +232,8 @@ TEST(EditCommands, ClipFormNamesTheClipFromTheRecordTexts) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.text);
-    tcs_test::OpenedSpace space;
     tcs_test::NotificationLog notifications;
+    tcs_test::OpenedSpace space;
     notifications.Install(space.get());
     auto record = NewCommand(TCSCMD_INSERT, TCSF_TEXT | TCSF_IN);
     record->videoMask = 0x5;
