@@ -272,6 +272,7 @@ TEST(EditCommands, NothingPastTheDeclaredSizeIsRead) {
     uint32_t expected_size;
     std::vector<PlaySpan> channel0;
     std::vector<std::string> log;
+    std::string name;  // of the clip inserted at 150, if any
   };
   const PlaySpan z{10691950, 10, 9000};
   const std::vector<Case> cases = {
@@ -287,7 +288,11 @@ TEST(EditCommands, NothingPastTheDeclaredSizeIsRead) {
       // longText's first byte declared, its zero not: the clip is named by
       // that one character.
       {"86 bytes", 86, 86, TCSCMD_INSERT, TCSF_TEXT | TCSF_IN, 86,
-       {{100, 50, 1000}, {150, 300, 150}, z}, {}},
+       {{100, 50, 1000}, {150, 300, 150}, z}, {}, "N"},
+      // A whole record whose longText never ends: the name stops one byte
+      // short of the record's end.
+      {"4188 bytes", 4188, 4188, TCSCMD_INSERT, TCSF_TEXT | TCSF_IN, 4188,
+       {{100, 50, 1000}, {150, 300, 150}, z}, {}, std::string(4102, 'N')},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
@@ -309,10 +314,11 @@ TEST(EditCommands, NothingPastTheDeclaredSizeIsRead) {
     EXPECT_EQ(record->size, c.expected_size);
     EXPECT_EQ(PlaySpans(*timeline.space, 0), c.channel0);
     EXPECT_EQ(log.Lines(), c.log);
-    if (c.allocated == 86) {
+    if (!c.name.empty()) {
       const CClip* inserted = timeline.space->LookupOf(0)->find(150)->clip;
-      EXPECT_STREQ(inserted->name, "N");
-      EXPECT_STREQ(inserted->comment, "TTTTTTTTTN");  // text runs on into longText
+      EXPECT_EQ(std::string(inserted->name), c.name);
+      // An unterminated text runs on into longText.
+      EXPECT_EQ(std::string(inserted->comment), "TTTTTTTTT" + c.name);
       EXPECT_STREQ(inserted->clipName, "TTTTTTTT");
     }
   }
