@@ -279,12 +279,12 @@ TEST(EditCommands, NothingPastTheDeclaredSizeIsRead) {
       // in and out (offsets 68, 72) are not declared: both read as 0, and the
       // space refuses the empty range.
       {"56 bytes, size 0", 56, 0, TCSCMD_DELETE, kMarks | TCSF_RIPPLE, 56, kInitial,
-       {kBadRangeLine}},
+       {kBadRangeLine}, ""},
       {"56 bytes, size 56", 56, 56, TCSCMD_DELETE, kMarks | TCSF_RIPPLE, 56, kInitial,
-       {kBadRangeLine}},
+       {kBadRangeLine}, ""},
       // in 150, out 450 declared; longText (offset 85) is not, so TCSF_TEXT
       // falls to the range form.
-      {"80 bytes", 80, 80, TCSCMD_INSERT, TCSF_TEXT | kMarks, 80, {{100, 50, 1000}, z}, {}},
+      {"80 bytes", 80, 80, TCSCMD_INSERT, TCSF_TEXT | kMarks, 80, {{100, 50, 1000}, z}, {}, ""},
       // longText's first byte declared, its zero not: the clip is named by
       // that one character.
       {"86 bytes", 86, 86, TCSCMD_INSERT, TCSF_TEXT | TCSF_IN, 86,
