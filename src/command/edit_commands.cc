@@ -124,7 +124,7 @@ uint32_t Delete(CTimeCodeSpace& space, const Edit& e) {
 
 // TCSCMD_TRIM on the clip that starts at position:
 //
-//   gap (ripple)   |A| B |   ->   |A| ..... | B |   room from position to in
+//   gap (ripple)   |A| B |   ->   |A| ..... | B |   B moves in - position + 1 later
 //   move (AT)      |A| B |   ->   |A|  ..  | B |    B's start becomes in
 //   trim (IN/OUT)  |A| B |   ->   |A| B' |          B plays source in..out
 // Without TCSF_POS the command is accepted and does nothing.
