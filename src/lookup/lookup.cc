@@ -31,11 +31,29 @@ bool CTCLookup::Insert(const CPlayClip& pc) { return playClips.insert(pc).second
 
 void CTCLookup::Erase(Position x) { playClips.erase(x); }
 
+// Only the start is written to the record: a move leaves both lengths alone.
 bool CTCLookup::Rekey(Position x, uint32_t start) {
   auto node = playClips.extract(x);
   node.value().start = start;
   if (CClip* record = node.value().clip) record->start = start;
   return playClips.insert(std::move(node)).inserted;
+}
+
+bool CTCLookup::Reshape(Position x, uint32_t start, uint32_t length) {
+  auto node = playClips.extract(x);
+  node.value().start = start;
+  node.value().length = length;
+  if (CClip* record = node.value().clip) {
+    record->start = start;
+    record->length = length;
+  }
+  return playClips.insert(std::move(node)).inserted;
+}
+
+CTCLookup::Position CTCLookup::Refind(uint32_t start, const CClip* record) const {
+  const Position x = playClips.find(start);
+  if (x == playClips.end() || x->clip != record) return playClips.end();
+  return x;
 }
 
 namespace {

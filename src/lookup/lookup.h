@@ -109,6 +109,17 @@ class TCS_EXPORT CTCLookup {
   // tree node in place: no 4 KB effect text is copied. Returns false when the
   // start was taken and the play clip was dropped.
   bool Rekey(Position x, uint32_t start);
+  // As Rekey, giving the play clip (and its record) a new length as well.
+  bool Reshape(Position x, uint32_t start, uint32_t length);
+  // The play clip at exactly `start` if it still plays `record`, else end().
+  // The host's notifications may re-enter the space part-way through an
+  // edit, so a position held across one is looked up again.
+  Position Refind(uint32_t start, const CClip* record) const;
+  // Takes x's record off the space's list, then x out of the set.
+  void DropWithRecord(Position x);
+  // Cuts x at [rs, re): x keeps its left-hand part, a new record plays the
+  // right-hand part.
+  void Split(Position x, uint32_t rs, uint32_t re);
   // Inserts a copy unless the start is taken; false when dropped.
   bool Insert(const CPlayClip& pc);
   // Takes x out and frees it; the record is left alone.

@@ -21,8 +21,8 @@ unsigned int Throw(void*, CTimeCodeSpace*, CClip*) { throw std::runtime_error("h
 
 TEST(ClipList, ARefusingHostKeepsTheListEmptyButEveryAttemptStamps) {
   FakeClock clock(500);
-  tcs_test::OpenedSpace space;
   NotificationLog log;
+  tcs_test::OpenedSpace space;
   log.refuse = true;
   log.Install(space.get());
   auto clip = MakeClip(0, 10);
@@ -38,6 +38,7 @@ TEST(ClipList, ARefusingHostKeepsTheListEmptyButEveryAttemptStamps) {
 }
 
 TEST(ClipList, TheHostSeesTheCallersRecordOnAddAndTheUnlinkedCopyOnDelete) {
+  NotificationLog log;
   tcs_test::OpenedSpace space;
   // The delete notification must find the record intact but already unlinked.
   struct Seen {
@@ -52,7 +53,6 @@ TEST(ClipList, TheHostSeesTheCallersRecordOnAddAndTheUnlinkedCopyOnDelete) {
     s->name = clip->name != nullptr ? clip->name : "";
     return 7;  // ignored
   };
-  NotificationLog log;
   log.Install(space.get());
   tcsSetDelCallback(space.get(), &seen, on_del);
 
@@ -99,9 +99,9 @@ TEST(ClipList, RemovalKeepsTheRestLinkedInOrder) {
 
 TEST(ClipList, ForeignAndNullRecordsAreIgnoredWithoutStampOrNotification) {
   FakeClock clock(1000);
+  NotificationLog log;
   tcs_test::OpenedSpace space;
   tcs_test::OpenedSpace other;
-  NotificationLog log;
   log.Install(space.get());
   auto clip = MakeClip(0, 10);
   CClip* foreign = other->__AddClipToList(0, clip.get(), 0);
@@ -134,8 +134,8 @@ TEST(ClipList, AThrowingNotificationIsLoggedAndCountsAsYes) {
 
 TEST(ClipList, ASwitchedOffDeleteNotificationLetsDestroyEmptySilently) {
   FakeClock clock(10);
-  tcs_test::OpenedSpace space;
   NotificationLog log;
+  tcs_test::OpenedSpace space;
   log.Install(space.get());
   ASSERT_EQ(tcsAddClip(space.get(), MakeClip(0, 10).get(), 0), TCS_OK);
   ASSERT_EQ(tcsAddClip(space.get(), MakeClip(20, 10).get(), 40), TCS_OK);

@@ -1,0 +1,54 @@
+// CTCLookup point queries: findle, findge, find and Translate. Each is one
+// descent of the tree plus at most one step to a neighbour.
+#include <iterator>
+
+#include "lookup/lookup.h"
+#include "lookup/timecode.h"
+#include "platform/clip.h"
+
+using tcs::Contains;
+
+// The search is limited to 10692000, so every t past the last start gives
+// what 10692000 gives. Before every start the first play clip still comes
+// back: the callers test containment themselves.
+CTCLookup::Position CTCLookup::findle(uint32_t t) const {
+  if (playClips.empty()) return playClips.end();
+  const Position after = playClips.upper_bound(tcs::ClampStart(t));
+  if (after == playClips.begin()) return after;
+  return std::prev(after);
+}
+
+// t itself, unclamped, is tested against the play clip findle picks.
+CTCLookup::Position CTCLookup::findge(uint32_t t) const {
+  const Position x = findle(t);
+  if (x == playClips.end()) return x;
+  if (Contains(x->start, x->length, t)) return x;
+  // Only a t before the first play clip gets here with x still ahead of it.
+  if (t < x->start + x->length) return x;
+  return std::next(x);
+}
+
+// Where play clips overlap, only the one with the greatest start at or
+// before t is examined.
+CTCLookup::Position CTCLookup::find(uint32_t t) const {
+  const Position x = findle(t);
+  if (x == playClips.end() || !Contains(x->start, x->length, t)) return playClips.end();
+  return x;
+}
+
+// The offset is measured in the record's own range, which the edits keep
+// equal to the play clip's. The source position counts from sourceOrigin in
+// whichever direction sourceIn lies.
+uint32_t CTCLookup::Translate(uint32_t t, CPlayClip& out) const {
+  const Position x = find(t);
+  if (x == playClips.end()) return tcs::kNotFound;
+  out = *x;
+  const CClip* record = x->clip;
+  if (record == nullptr) return tcs::kNotFound;
+  const uint32_t offset = t - record->start;
+  if (offset >= record->length) return tcs::kNotFound;
+  if (record->sourceIn >= record->sourceOrigin) {
+    return record->sourceIn - record->sourceOrigin + offset;
+  }
+  return record->sourceOrigin - record->sourceIn + offset;
+}

@@ -1,0 +1,86 @@
+// CTCLookup::FindPlayClip: the play clip at a timecode or, in a gap, the
+// previous, the next or the nearest one, with one number about it.
+//
+// The mode word:
+//   mode & 0x70   result selector, applied to the chosen play clip k
+//   mode & 0x10F  gap policy, consulted only when no play clip contains t
+//   mode & 0x3    permits the nearest search
+#include "lookup/lookup.h"
+#include "lookup/timecode.h"
+#include "platform/clip.h"
+
+namespace {
+
+constexpr uint32_t kSelectorMask = 0x70;
+constexpr uint32_t kGapPolicyMask = 0x10F;
+constexpr uint32_t kNearestAllowedMask = 0x3;
+
+enum class GapPolicy { kNone, kPrevious, kNext, kNearest };
+
+GapPolicy DecodeGapPolicy(uint32_t mode) {
+  switch (mode & kGapPolicyMask) {
+    case 0x000:
+      return GapPolicy::kNone;
+    case 0x004:
+    case 0x005:
+      return GapPolicy::kPrevious;
+    case 0x008:
+    case 0x009:
+    case 0x100:
+    case 0x101:
+      return GapPolicy::kNext;
+    default:
+      return GapPolicy::kNearest;
+  }
+}
+
+uint32_t SelectResult(uint32_t mode, uint32_t t, const CPlayClip& k) {
+  switch (mode & kSelectorMask) {
+    case 0x10:
+      return k.start;
+    case 0x20:
+      return k.start + k.length - 1;
+    case 0x30:
+      return k.length;
+    case 0x40:
+      return t;
+    case 0x70:
+      // Wraps when k lies after t; the source frame is still taken mod 2^32.
+      return t - k.start + (k.clip != nullptr ? k.clip->sourceIn : 0);
+    default:  // 0x00, 0x50, 0x60: one past the last frame
+      return k.start + k.length;
+  }
+}
+
+}  // namespace
+
+uint32_t CTCLookup::FindPlayClip(uint32_t mode, uint32_t t, CPlayClip& out) const {
+  if (playClips.empty()) return tcs::kNotFound;
+  Position chosen = find(t);
+  if (chosen == end()) {
+    const GapPolicy policy = DecodeGapPolicy(mode);
+    if (policy == GapPolicy::kNone) return tcs::kNotFound;
+    if (policy == GapPolicy::kPrevious) chosen = findle(t);
+    if (policy == GapPolicy::kNext) chosen = findge(t);
+  }
+  if (chosen == end()) {
+    // The nearest search: of the play clip before t and the one after, the
+    // one whose facing edge is closer; the later one on a tie. Before the
+    // first play clip both are the first one; after the last, only p exists.
+    if ((mode & kNearestAllowedMask) == 0) return tcs::kNotFound;
+    const Position p = findle(t);
+    const Position n = findge(t);
+    if (n == end()) {
+      chosen = p;
+    } else if (p == end()) {
+      chosen = n;
+    } else {
+      const uint32_t after = t - (p->start + p->length);
+      const uint32_t before = n->start - t;
+      chosen = after >= before ? n : p;
+    }
+    if (chosen == end()) return tcs::kNotFound;
+  }
+  out = *chosen;
+  return SelectResult(mode, t, *chosen);
+}

@@ -1,0 +1,255 @@
+// The space's edits and queries over channels and masks.
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <tuple>
+
+#include "support/log_capture.h"
+#include "support/test_clips.h"
+#include "tcs.h"
+
+namespace {
+
+using tcs_test::FakeClock;
+using tcs_test::ListedClips;
+using tcs_test::LogCapture;
+using tcs_test::MakeClip;
+using tcs_test::NotificationLog;
+
+// (start, length) of every play clip of a channel, in order.
+std::vector<std::pair<uint32_t, uint32_t>> PlayClips(const CTimeCodeSpace& space,
+                                                     uint32_t channel) {
+  std::vector<std::pair<uint32_t, uint32_t>> spans;
+  if (const CTCLookup* lookup = space.lookups[channel]) {
+    for (const CPlayClip& pc : lookup->playClips) spans.emplace_back(pc.start, pc.length);
+  }
+  return spans;
+}
+
+TEST(SpaceEdit, AddedRecordsAreCorrectedInPlace) {
+  struct Row {
+    uint32_t start, length, origin, end, in, out;
+    uint32_t want_start, want_length, want_end;
+  };
+  const Row rows[] = {
+      // A negative length stands for its negation, cut at the timeline's end.
+      {1000, 0xFFFFFF00u, 0, 0, 0, 0, 1000, 256, 0},
+      {1000, 20000000, 0, 0, 0, 0, 1000, 10691001, 0},
+      {20000000, 30000000, 0, 0, 0, 0, 10692000, 1, 0},
+      {5000000, 0xFF5CDA60u, 0, 0, 0, 0, 5000000, 10692000, 0},
+      // Lengths up to the full timeline, and 0xFFFFFFFF, stay.
+      {1000, 0xFFFFFFFFu, 0, 0, 0, 0, 1000, 0xFFFFFFFFu, 0},
+      {1000, 10692000, 0, 0, 0, 0, 1000, 10692000, 0},
+      // A source end past the timeline from its origin is rebuilt.
+      {0, 10, 1000, 30000000, 100, 600, 0, 10, 500},
+      {0, 10, 5000, 4000, 100, 600, 0, 10, 4500},
+      {0, 10, 1000, 2000, 100, 600, 0, 10, 2000},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(::testing::Message() << "start " << row.start << " length " << row.length);
+    tcs_test::OpenedSpace space;
+    auto clip = MakeClip(row.start, row.length, row.in);
+    clip->sourceOut = row.out;
+    clip->sourceOrigin = row.origin;
+    clip->sourceEnd = row.end;
+    ASSERT_EQ(tcsAddClip(space.get(), clip.get(), 0), TCS_OK);
+    EXPECT_EQ(std::make_tuple(clip->start, clip->length, clip->sourceEnd),
+              std::make_tuple(row.want_start, row.want_length, row.want_end));
+    ASSERT_NE(space->firstClip, nullptr);
+    EXPECT_EQ(space->firstClip->length, row.want_length);
+  }
+}
+
+TEST(SpaceEdit, ChannelsFromNinetySixUpMeanChannelZero) {
+  tcs_test::OpenedSpace space;
+  EXPECT_EQ(space->AddClip(0, MakeClip(0, 10).get(), 96)->channel, 0u);
+  EXPECT_EQ(space->AddClip(0, MakeClip(20, 10).get(), 200)->channel, 0u);
+  EXPECT_EQ(space->AddClip(0, MakeClip(40, 10).get(), 95)->channel, 95u);
+  EXPECT_EQ(PlayClips(*space, 0), (std::vector<std::pair<uint32_t, uint32_t>>{{0, 10}, {20, 10}}));
+  CPlayClip out;
+  EXPECT_EQ(space->Translate(25, out, 1000), 5u);
+  EXPECT_EQ(space->FindPlayClip(0x10, 25, out, 96), 20u);
+}
+
+TEST(SpaceEdit, ModifyRangeRefusesEmptyReversedAndOverlongRangesWithoutStamping) {
+  FakeClock clock(100);
+  LogCapture log;
+  tcs_test::OpenedSpace space;
+  ASSERT_EQ(tcsAddClip(space.get(), MakeClip(0, 50).get(), 0), TCS_OK);
+  clock.Set(200);
+  const std::tuple<uint32_t, uint32_t, uint32_t> rows[] = {
+      {100, 100, TCS_ERR_BAD_RANGE}, {200, 100, TCS_ERR_BAD_RANGE},
+      {0, 10692001, TCS_ERR_BAD_RANGE}, {5, 0xFFFFFFFFu, TCS_ERR_BAD_RANGE}};
+  for (auto [a, b, want] : rows) {
+    EXPECT_EQ(space->ModifyRange(a, b, 1, 0, TCS_EDIT_DELETE), want);
+  }
+  EXPECT_EQ(space->changeStamp.load(), 100u);
+  EXPECT_EQ(log.Lines(), std::vector<std::string>(4, "TCSpace(0xA808F013)"));
+  EXPECT_EQ(PlayClips(*space, 0), (std::vector<std::pair<uint32_t, uint32_t>>{{0, 50}}));
+  EXPECT_EQ(space->ModifyRange(0, 10692000, 1, 0, TCS_EDIT_DELETE), TCS_OK);
+  EXPECT_EQ(space->changeStamp.load(), 200u);
+  EXPECT_TRUE(PlayClips(*space, 0).empty());
+}
+
+TEST(SpaceEdit, MasksNameVideoThenAudioChannels) {
+  tcs_test::OpenedSpace space;
+  for (uint32_t channel : {0u, 1u, 32u, 33u, 64u}) {
+    ASSERT_EQ(tcsAddClip(space.get(), MakeClip(0, 20).get(), channel), TCS_OK);
+  }
+  // Blank [0, 10) on video bit 0 and audio bit 0: channels 0 and 32 only.
+  ASSERT_EQ(space->ModifyRange(0, 10, 0x1, 0x1, TCS_EDIT_BLANK), TCS_OK);
+  const std::vector<std::pair<uint32_t, uint32_t>> cut = {{10, 10}}, whole = {{0, 20}};
+  EXPECT_EQ(PlayClips(*space, 0), cut);
+  EXPECT_EQ(PlayClips(*space, 32), cut);
+  EXPECT_EQ(PlayClips(*space, 1), whole);
+  EXPECT_EQ(PlayClips(*space, 33), whole);
+  EXPECT_EQ(PlayClips(*space, 64), whole);
+  // A masked channel without a lookup is passed over.
+  EXPECT_EQ(space->ModifyRange(0, 10, 0x80000000u, 0x80000000u, TCS_EDIT_BLANK), TCS_OK);
+  EXPECT_EQ(space->lookups[31], nullptr);
+  space->CheckInvariants();
+}
+
+TEST(SpaceEdit, InsertFileNeedsAListeningHostAndFillsEveryMaskedChannel) {
+  LogCapture log;
+  NotificationLog notes;
+  tcs_test::OpenedSpace space;
+  auto clip = MakeClip(100, 50, 7);
+  clip->videoMask = 0x3;
+  clip->audioMask = 0x1;
+  EXPECT_EQ(space->InsertFile(0, clip.get()), TCS_ERR_NO_ADD_CALLBACK);
+  EXPECT_EQ(space->firstClip, nullptr);
+  EXPECT_EQ(space->changeStamp.load(), 0u);
+  EXPECT_EQ(log.Lines(), std::vector<std::string>{"TCSpace(0xA808F005)"});
+
+  notes.Install(space.get());
+  EXPECT_EQ(space->InsertFile(0, clip.get()), TCS_OK);
+  EXPECT_EQ(notes.added.size(), 3u);
+  std::vector<uint32_t> channels;
+  for (CClip* c : ListedClips(*space)) channels.push_back(c->channel);
+  EXPECT_EQ(channels, (std::vector<uint32_t>{0, 1, 32}));
+  CPlayClip out;
+  EXPECT_EQ(space->Translate(110, out, 32), 17u);
+  space->CheckInvariants();
+}
+
+TEST(SpaceEdit, DeleteClipBlanksOnlyItsRangeAndOnlyWithoutInsertOrBlankBits) {
+  NotificationLog notes;
+  tcs_test::OpenedSpace space;
+  notes.Install(space.get());
+  CClip* first = space->AddClip(0, MakeClip(0, 10).get(), 3);
+  space->AddClip(0, MakeClip(10, 10).get(), 3);
+  EXPECT_EQ(space->DeleteClip(first, TCS_EDIT_INSERT), TCS_OK);
+  EXPECT_EQ(PlayClips(*space, 3).size(), 2u);
+  EXPECT_EQ(space->DeleteClip(nullptr, 0), TCS_OK);
+  // Ripple is never passed on: the gap stays.
+  EXPECT_EQ(space->DeleteClip(first, TCS_EDIT_RIPPLE), TCS_OK);
+  EXPECT_EQ(PlayClips(*space, 3), (std::vector<std::pair<uint32_t, uint32_t>>{{10, 10}}));
+  EXPECT_EQ(notes.deleted, std::vector<CClip*>{first});
+  space->CheckInvariants();
+}
+
+TEST(SpaceEdit, RebuildGivesBackThePlayClipsOfNonOverlappingRecords) {
+  std::mt19937 rng(301);
+  for (int round = 0; round < 50; ++round) {
+    SCOPED_TRACE(round);
+    tcs_test::OpenedSpace space;
+    for (uint32_t channel : {0u, 5u, 40u, 90u}) {
+      uint32_t t = rng() % 50;
+      for (int i = 0; i < 20; ++i) {
+        const uint32_t length = 1 + rng() % 30;
+        space->AddClip(0, MakeClip(t, length, rng() % 1000).get(), channel);
+        t += length + rng() % 3;  // sometimes adjacent, never overlapping
+      }
+    }
+    std::vector<std::vector<std::pair<uint32_t, uint32_t>>> before;
+    for (uint32_t c = 0; c < 96; ++c) before.push_back(PlayClips(*space, c));
+    // A play clip taken out by RemoveClip comes back too: its record stayed.
+    CPlayClip pc;
+    ASSERT_NE(space->FindPlayClip(0x18, 0, pc, 40), tcs::kNotFound);
+    ASSERT_EQ(space->RemoveClip(pc), &pc);
+    space->DestroyLookup();
+    EXPECT_TRUE(PlayClips(*space, 5).empty());
+    space->RebuildLookup();
+    for (uint32_t c = 0; c < 96; ++c) EXPECT_EQ(PlayClips(*space, c), before[c]) << c;
+    space->CheckInvariants();
+  }
+}
+
+TEST(SpaceEdit, RebuildLaysALaterOverlappingRecordOverAnEarlierOne) {
+  tcs_test::OpenedSpace space;
+  CClip* early = space->AddClip(0, MakeClip(0, 100, 500).get(), 0);
+  // Listed later but placed without cutting the earlier play clip: as a
+  // lookup of its own would, through a channel that is then moved.
+  CClip* late = space->AddClip(0, MakeClip(40, 20, 900).get(), 1);
+  late->channel = 0;
+  space->RebuildLookup();
+  EXPECT_EQ(PlayClips(*space, 0),
+            (std::vector<std::pair<uint32_t, uint32_t>>{{0, 40}, {40, 20}, {60, 40}}));
+  CPlayClip out;
+  EXPECT_EQ(space->FindPlayClip(0x70, 70, out, 0), 570u);  // the split-off piece
+  EXPECT_EQ(space->FindPlayClip(0x70, 45, out, 0), 905u);
+  EXPECT_EQ(early->length, 40u);
+  EXPECT_EQ(ListedClips(*space).size(), 3u);
+}
+
+TEST(SpaceEdit, TranslateFallsBackToTheSearchOnlyWithBitZero) {
+  tcs_test::OpenedSpace space;
+  ASSERT_EQ(tcsAddClip(space.get(), MakeClip(0, 10, 100).get(), 2), TCS_OK);
+  ASSERT_EQ(tcsAddClip(space.get(), MakeClip(20, 10, 300).get(), 2), TCS_OK);
+  CClip* found = nullptr;
+  EXPECT_EQ(tcsTranslate(space.get(), 0, 5, &found, 2), 105u);
+  ASSERT_NE(found, nullptr);
+  EXPECT_EQ(found->start, 0u);
+  EXPECT_EQ(tcsTranslate(space.get(), 0x18, 15, &found, 2), tcs::kNotFound);
+  EXPECT_EQ(found, nullptr);
+  EXPECT_EQ(tcsTranslate(space.get(), 0x19, 15, &found, 2), 20u);
+  ASSERT_NE(found, nullptr);
+  EXPECT_EQ(found->sourceIn, 300u);
+  EXPECT_EQ(tcsTranslate(space.get(), 0x19, 15, nullptr, 7), tcs::kNotFound);
+}
+
+TEST(SpaceEdit, CurrentClipNeedsASearchAndASoundReplacement) {
+  LogCapture log;
+  NotificationLog notes;
+  tcs_test::OpenedSpace space;
+  notes.Install(space.get());
+  auto replacement = MakeClip(0, 10, 500);
+  EXPECT_EQ(tcsGetCurClip(space.get(), replacement.get()), TCS_ERR_NO_CURRENT_CLIP);
+  EXPECT_EQ(tcsSetCurClip(space.get(), replacement.get()), TCS_ERR_NO_CURRENT_CLIP);
+
+  CClip* current = space->AddClip(0, MakeClip(100, 50, 300).get(), 4);
+  ASSERT_NE(space->FindPlayClip(0x10, 120, space->currentPlayClip, 4), tcs::kNotFound);
+  space->clipActive = 1;
+  replacement->channel = 5;
+  EXPECT_EQ(tcsSetCurClip(space.get(), replacement.get()), TCS_ERR_BAD_ARGUMENTS);
+  replacement->channel = 4;
+  replacement->sourceOut = replacement->sourceIn - 1;
+  EXPECT_EQ(tcsSetCurClip(space.get(), replacement.get()), TCS_ERR_BAD_ARGUMENTS);
+  replacement->sourceOut = replacement->sourceIn + 10;
+  replacement->start = 0xFFFFFFFAu;
+  EXPECT_EQ(tcsSetCurClip(space.get(), replacement.get()), TCS_ERR_BAD_ARGUMENTS);
+  EXPECT_EQ(PlayClips(*space, 4), (std::vector<std::pair<uint32_t, uint32_t>>{{100, 50}}));
+
+  // A refused replacement puts the current clip back as a further copy.
+  replacement->start = 100;
+  notes.refuse = true;
+  auto accept_second = [](void* context, CTimeCodeSpace*, CClip*) -> unsigned int {
+    return (*static_cast<int*>(context))++ == 0 ? 1 : 0;
+  };
+  int calls = 0;
+  tcsSetAddCallback(space.get(), &calls, accept_second);
+  EXPECT_EQ(tcsSetCurClip(space.get(), replacement.get()), TCS_ERR_ADD_REFUSED);
+  EXPECT_EQ(PlayClips(*space, 4), (std::vector<std::pair<uint32_t, uint32_t>>{{100, 50}}));
+  EXPECT_EQ(ListedClips(*space).size(), 2u);
+  EXPECT_EQ(ListedClips(*space).front(), current);
+  EXPECT_EQ(log.Lines().back(), "TCSpace(0xA808F01A)");
+
+  auto copy = MakeClip(0, 0);
+  EXPECT_EQ(tcsGetCurClip(space.get(), copy.get()), TCS_OK);
+  EXPECT_EQ(std::make_tuple(copy->start, copy->length, copy->sourceIn, copy->channel),
+            std::make_tuple(100u, 50u, 300u, 4u));
+}
+
+}  // namespace
