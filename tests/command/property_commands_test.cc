@@ -3,24 +3,19 @@
 
 #include <cstring>
 #include <string>
-#include <vector>
 
 #include "support/command_record.h"
-#include "support/log_capture.h"
 #include "support/test_clips.h"
 #include "tcs.h"
 
 namespace {
 
-using tcs_test::NewCommand;
-
-constexpr uint32_t kNotFound = 0x80000001u;
 constexpr unsigned char kUntouched = 0x5A;
 
-// One clip on channel 0 at [100, 150), named, with a comment, a reel and an
-// effect, and one on channel 1 only at [300, 350).
+// Channel 0 holds a clip at [100, 150) with texts and an effect; channel 1
+// holds one at [300, 350).
 struct PropertySpace {
-  PropertySpace() {
+  explicit PropertySpace(unsigned int now = 1000) : clock(now) {
     auto clip = tcs_test::MakeClip(100, 50, 7, "long name");
     clip->SetComment("a remark");
     clip->SetReel("reel 9");
@@ -32,50 +27,38 @@ struct PropertySpace {
     EXPECT_EQ(tcsAddClip(space.get(), other.get(), 1), 0u);
     listed = space->firstClip;
   }
+  // A property command with its reply area filled with kUntouched.
+  std::unique_ptr<TCSCMD> Command(uint32_t command, uint32_t selector, uint32_t position) {
+    auto record = tcs_test::NewCommand(command, 0x1, TCSSUB_PROPERTY);
+    std::memset(TcsCmdReplyText(*record), kUntouched, TCSCMD_REPLY_TEXT_SIZE);
+    record->selector = selector;
+    record->position = position;
+    return record;
+  }
+  tcs_test::FakeClock clock;
   tcs_test::OpenedSpace space;
   CClip* listed;  // the record of [100, 150)
 };
 
-std::unique_ptr<TCSCMD> PropertyCommand(uint32_t command, uint32_t selector, uint32_t position) {
-  auto record = NewCommand(command, 0, TCSSUB_PROPERTY);
-  std::memset(TcsCmdReplyText(*record), kUntouched, TCSCMD_REPLY_TEXT_SIZE);
-  record->selector = selector;
-  record->position = position;
-  record->flags = 0x1;
-  return record;
-}
-
 bool SameBytes(const TCSCMD& a, const TCSCMD& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
-TEST(PropertyCommands, NoClipAtThePositionOnChannelZero) {
-  PropertySpace s;
-  // 200 is a gap of channel 0; 320 is covered on channel 1 only.
-  for (uint32_t command : {TCSCMD_GET, TCSCMD_SET}) {
-    for (uint32_t position : {99u, 150u, 200u, 320u}) {
-      SCOPED_TRACE(testing::Message() << command << " at " << position);
-      auto record = PropertyCommand(command, TCSPROP_COMMENT, position);
-      const TCSCMD before = *record;
-      EXPECT_EQ(tcsSetMode(s.space.get(), record.get()), kNotFound);
-      EXPECT_TRUE(SameBytes(*record, before));
-    }
-  }
-  EXPECT_STREQ(s.listed->comment, "a remark");
-}
-
-TEST(PropertyCommands, GetReadsTheSelectedTextOfTheCoveringClip) {
+TEST(PropertyCommands, GetReadsTheSelectedTextOfTheClipCoveringPosition) {
   PropertySpace s;
   struct {
-    uint32_t selector;
-    const char* text;  // null: the selector reads nothing
+    uint32_t selector, position, result;
+    const char* text;  // null: the record stays as it was
   } const rows[] = {
-      {TCSPROP_COMMENT, "a remark"}, {TCSPROP_REEL, "reel 9"}, {TCSPROP_NAME, "long name"},
-      {0, nullptr}, {3, nullptr}, {5, nullptr}, {32, nullptr}, {0xFFFFFFFFu, nullptr},
+      {TCSPROP_COMMENT, 149, 149, "a remark"}, {TCSPROP_REEL, 100, 100, "reel 9"},
+      {TCSPROP_NAME, 120, 120, "long name"},   {0, 120, 120, nullptr},
+      {3, 120, 120, nullptr},                  {32, 120, 120, nullptr},
+      // A gap of channel 0, and a clip on channel 1 only.
+      {TCSPROP_NAME, 150, 0x80000001u, nullptr}, {TCSPROP_NAME, 320, 0x80000001u, nullptr},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.selector);
-    auto record = PropertyCommand(TCSCMD_GET, row.selector, 149);
+    SCOPED_TRACE(testing::Message() << row.selector << " at " << row.position);
+    auto record = s.Command(TCSCMD_GET, row.selector, row.position);
     const TCSCMD before = *record;
-    EXPECT_EQ(tcsSetMode(s.space.get(), record.get()), 149u);  // the queried timecode
+    EXPECT_EQ(tcsSetMode(s.space.get(), record.get()), row.result);
     if (row.text == nullptr) {
       EXPECT_TRUE(SameBytes(*record, before));
       continue;
@@ -83,115 +66,91 @@ TEST(PropertyCommands, GetReadsTheSelectedTextOfTheCoveringClip) {
     EXPECT_EQ(record->position, 1u);
     EXPECT_EQ(record->flags, 0x2001u);
     EXPECT_EQ(std::string(record->text), row.text);
-    EXPECT_EQ(record->inPoint, before.inPoint);
   }
 }
 
 // The effect text reply is bounded by the record's declared size alone.
 TEST(PropertyCommands, EffectTextReplyStopsAtTheDeclaredSize) {
   PropertySpace s;
-  const std::string text = "0123456789";
+  const std::string text("0123456789", 11);  // with its zero
   struct {
     uint32_t size;
-    size_t written;  // bytes from offset 76; the text's zero is the 11th
-  } const rows[] = {{0, 0}, {56, 0}, {76, 0}, {77, 1}, {80, 4}, {86, 10}, {87, 11},
-                    {4188, 11}, {0xFFFFFFFFu, 11}};
+    size_t written;  // bytes from offset 76
+  } const rows[] = {{0, 0},   {56, 0},    {76, 0},    {77, 1},
+                    {80, 4},  {86, 10},   {87, 11},   {4188, 11}, {0xFFFFFFFFu, 11}};
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.size);
     for (uint32_t selector : {TCSPROP_EFFECT, TCSPROP_EFFECT_ALT}) {
-      auto record = PropertyCommand(TCSCMD_GET, selector, 100);
+      SCOPED_TRACE(testing::Message() << "size " << row.size << " selector " << selector);
+      auto record = s.Command(TCSCMD_GET, selector, 100);
       record->size = row.size;
       EXPECT_EQ(tcsSetMode(s.space.get(), record.get()), 100u);
       EXPECT_EQ(record->inPoint, 5u);
       EXPECT_EQ(record->outPoint, 30u);
       EXPECT_EQ(record->flags, 0x2501u);
       EXPECT_EQ(record->position, 1u);
-      const auto* reply = reinterpret_cast<const unsigned char*>(TcsCmdReplyText(*record));
-      const std::string expected = (text + '\0').substr(0, row.written);
-      EXPECT_EQ(std::string(reinterpret_cast<const char*>(reply), row.written), expected);
-      for (size_t i = row.written; i < TCSCMD_REPLY_TEXT_SIZE; ++i) {
-        ASSERT_EQ(reply[i], kUntouched) << "byte " << 76 + i;
-      }
+      const std::string reply(TcsCmdReplyText(*record), TCSCMD_REPLY_TEXT_SIZE);
+      EXPECT_EQ(reply, text.substr(0, row.written) +
+                           std::string(TCSCMD_REPLY_TEXT_SIZE - row.written, kUntouched));
     }
   }
 }
 
+// Comment, reel and effect are set and stamp the space; the name and other
+// selectors set nothing and leave the record and the stamps alone.
 TEST(PropertyCommands, SetWritesTheClipAndStampsTheSpace) {
   struct {
     uint32_t selector;
-    const char* comment;
-    const char* reel;
+    const char *comment, *reel, *effect;
+    uint32_t position;  // afterwards
   } const rows[] = {
-      {TCSPROP_COMMENT, "new text", "reel 9"},
-      {TCSPROP_REEL, "a remark", "new text"},
+      {TCSPROP_COMMENT, "new", "reel 9", "0123456789", 1},
+      {TCSPROP_REEL, "a remark", "new", "0123456789", 1},
+      {TCSPROP_EFFECT, "a remark", "reel 9", "new", 1},
+      {TCSPROP_EFFECT_ALT, "a remark", "reel 9", "new", 1},
+      {TCSPROP_NAME, "a remark", "reel 9", "0123456789", 120},
+      {0, "a remark", "reel 9", "0123456789", 120},
+      {32, "a remark", "reel 9", "0123456789", 120},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.selector);
-    tcs_test::FakeClock clock(1000);
-    PropertySpace s;
-    clock.Set(777);
-    auto record = PropertyCommand(TCSCMD_SET, row.selector, 120);
-    std::strcpy(record->longText, "new text");
+    PropertySpace s(1000);
+    s.clock.Set(777);
+    auto record = s.Command(TCSCMD_SET, row.selector, 120);
+    record->inPoint = 47;
+    record->outPoint = 12;
+    std::strcpy(record->longText, "new");
     EXPECT_EQ(tcsSetMode(s.space.get(), record.get()), 120u);
-    EXPECT_EQ(record->position, 1u);
+    EXPECT_EQ(record->position, row.position);
     EXPECT_STREQ(s.listed->comment, row.comment);
     EXPECT_STREQ(s.listed->reel, row.reel);
-    EXPECT_EQ(s.space->changeStamp.load(), 777u);
-    EXPECT_EQ(s.space->checkStamp.load(), 777u);
-  }
-}
-
-// The name has no setter, and unknown selectors set nothing: no stamp, no
-// change of the record.
-TEST(PropertyCommands, SetWithoutASettablePropertyChangesNothing) {
-  for (uint32_t selector : {TCSPROP_NAME, 0u, 3u, 32u}) {
-    SCOPED_TRACE(selector);
-    tcs_test::FakeClock clock(1000);
-    PropertySpace s;
-    clock.Set(777);
-    auto record = PropertyCommand(TCSCMD_SET, selector, 120);
-    std::strcpy(record->longText, "new text");
-    const TCSCMD before = *record;
-    EXPECT_EQ(tcsSetMode(s.space.get(), record.get()), 120u);
-    EXPECT_TRUE(SameBytes(*record, before));
     EXPECT_STREQ(s.listed->name, "long name");
-    EXPECT_EQ(s.space->changeStamp.load(), 1000u);
+    EXPECT_STREQ(s.listed->effectText, row.effect);
+    const bool set = row.position == 1;
+    EXPECT_EQ(s.listed->effectCode, std::strcmp(row.effect, "new") == 0 ? 47u : 5u);
+    EXPECT_EQ(s.space->changeStamp.load(), set ? 777u : 1000u);
+    EXPECT_EQ(s.space->checkStamp.load(), set ? 777u : 1000u);
   }
 }
 
-// A longText with no zero in the record: the comment ends where the record
-// does (ASan checks that nothing beyond it is read).
-TEST(PropertyCommands, SetCommentFromAnUnterminatedLongText) {
+// longText as the host may leave it: with no zero in the record (ASan
+// checks that nothing beyond the record is read), or longer than an effect
+// text, which is then cut in the record itself.
+TEST(PropertyCommands, SetFromOverlongLongText) {
   PropertySpace s;
-  auto record = PropertyCommand(TCSCMD_SET, TCSPROP_COMMENT, 100);
+  auto record = s.Command(TCSCMD_SET, TCSPROP_COMMENT, 100);
   std::memset(record->longText, 'x', sizeof record->longText);
   EXPECT_EQ(tcsSetMode(s.space.get(), record.get()), 100u);
   EXPECT_EQ(std::string(s.listed->comment), std::string(sizeof record->longText, 'x'));
-}
 
-TEST(PropertyCommands, SetEffectOnTheClipsRange) {
-  PropertySpace s;
-  for (uint32_t selector : {TCSPROP_EFFECT, TCSPROP_EFFECT_ALT}) {
-    auto record = PropertyCommand(TCSCMD_SET, selector, 100);
-    record->inPoint = 47;
-    record->outPoint = 12;
-    std::strcpy(record->longText, "my wipe");
-    EXPECT_EQ(tcsSetMode(s.space.get(), record.get()), 100u);
-    EXPECT_EQ(s.listed->effectCode, 47u);
-    EXPECT_EQ(s.listed->effectDuration, 12u);
-    EXPECT_STREQ(s.listed->effectText, "my wipe");
-    EXPECT_EQ(record->position, 1u);
-  }
-  // A text longer than an effect text is cut in the record itself.
-  auto record = PropertyCommand(TCSCMD_SET, TCSPROP_EFFECT, 100);
+  record = s.Command(TCSCMD_SET, TCSPROP_EFFECT, 100);
   record->inPoint = 1;
-  record->outPoint = 0xFFFFFFFFu;
+  record->outPoint = 0xFFFFFFFFu;  // keeps the duration
   std::memset(record->longText, 'w', 4100);
   record->longText[4100] = '\0';
   EXPECT_EQ(tcsSetMode(s.space.get(), record.get()), 100u);
   EXPECT_EQ(record->longText[4095], '\0');
   EXPECT_EQ(std::string(s.listed->effectText), std::string(4095, 'w'));
-  EXPECT_EQ(s.listed->effectDuration, 12u);  // kept
+  EXPECT_EQ(s.listed->effectDuration, 30u);
 }
 
 }  // namespace
