@@ -31,9 +31,12 @@ TCS_EXPORT void qvOSDeleteCriticalSection(QVCRITICALSECTION* cs);
 TCS_EXPORT uint64_t qvOSFileTimeModified(const char* fileName);
 
 // Files, with the arguments of the Windows file calls. Access: 0x80000000
-// read, 0x40000000 write. Creation: 1 create new, 2 create always, 3 open
-// existing, 4 open always, 5 truncate existing. Share, security, flags and
-// template are accepted and ignored.
+// read, 0x40000000 write (neither: read). Creation: 1 create new, 2 create
+// always, 3 open existing, 4 open always, 5 truncate existing; any other
+// value fails. Share, security, flags and template are accepted and ignored.
+// Only files open: a directory fails. Every call that fails sets this
+// thread's last error (qvOSGetLastError) to the errno of the failure; a call
+// that succeeds leaves it alone.
 typedef void* QVHANDLE;
 #define QV_INVALID_HANDLE ((QVHANDLE)(intptr_t)-1)
 #define QV_GENERIC_READ 0x80000000u
@@ -50,32 +53,48 @@ typedef void* QVHANDLE;
 TCS_EXPORT QVHANDLE qvOSCreateFile(const char* name, uint32_t access, uint32_t share,
                                    void* security, uint32_t creation, uint32_t flags,
                                    QVHANDLE templateFile);
-// Reads and writes return nonzero on success; *done receives the byte count.
+// Reads and writes return nonzero on success; *done (when not null) receives
+// the byte count. A read stops early only at the end of the file.
 TCS_EXPORT int qvOSReadFile(QVHANDLE file, void* buffer, uint32_t count, uint32_t* done,
                             void* overlapped);
 TCS_EXPORT int qvOSWriteFile(QVHANDLE file, const void* buffer, uint32_t count,
                              uint32_t* done, void* overlapped);
-// Returns the low 32 bits of the new position, 0xFFFFFFFF on failure.
+// Moves by distance (signed 32 bits, or the 64-bit *high:distance when high
+// is not null, which then receives the new position's high half) from
+// QV_FILE_BEGIN, _CURRENT or _END. Returns the low 32 bits of the new
+// position, 0xFFFFFFFF on failure.
 TCS_EXPORT uint32_t qvOSSetFilePointer(QVHANDLE file, int32_t distance, int32_t* high,
                                        uint32_t method);
+// Cuts the file at the current position. Nonzero on success.
 TCS_EXPORT int qvOSSetEndOfFile(QVHANDLE file);
-// Low 32 bits of the size; the high 32 bits go to *high when it is not null.
+// Low 32 bits of the size (0xFFFFFFFF on failure); the high 32 bits go to
+// *high when it is not null.
 TCS_EXPORT uint32_t qvOSGetFileSize(QVHANDLE file, uint32_t* high);
+// Nonzero on success.
 TCS_EXPORT int qvOSCloseFile(QVHANDLE file);
+// Nonzero when a file (not a directory) of that name exists. An answer, not a
+// failure: the last error is left alone.
 TCS_EXPORT int qvOSFileExists(const char* name);
 // Nonzero on success, 0 on failure (the reason then from qvOSGetLastError).
 TCS_EXPORT int qvOSDeleteFile(const char* name);
+// The errno of this thread's last failed file call; 0 before any failed.
 TCS_EXPORT uint32_t qvOSGetLastError(void);
 
-// Paths. Any output of the split may be null. The extension keeps its dot.
-// Outputs are buffers of at least QV_MAX_PATH bytes (drive and directory) and
-// QV_MAX_FNAME bytes (file name, extension); longer parts are cut.
+// Paths, POSIX style: "/data/timeline.spc" splits into drive "" (there are
+// no drives), directory "/data/" (its trailing '/' kept), file name
+// "timeline" and extension ".spc" (its dot kept; a name's leading dots are
+// part of the name, so ".profile" has no extension). A null path splits as
+// "". Any output may be null. Outputs are buffers of at least QV_MAX_PATH
+// bytes (drive and directory) and QV_MAX_FNAME bytes (file name, extension);
+// longer parts are cut to fit. REQUIRES: no output overlaps path.
 #define QV_MAX_PATH 4096
 #define QV_MAX_FNAME 255
 TCS_EXPORT void qvOSSplitPath(const char* path, char* drive, char* directory,
                               char* fileName, char* extension);
-// Joins the parts into out (QV_MAX_PATH bytes); a null or empty part adds
-// nothing; an extension without a leading dot gets one.
+// Joins the parts into out (QV_MAX_PATH bytes), cutting the whole to fit; a
+// null or empty part adds nothing; a directory without a trailing '/' gets
+// one; an extension without a leading dot gets one. REQUIRES: no part
+// overlaps out.
 TCS_EXPORT void qvOSMakePath(char* out, const char* drive, const char* directory,
                              const char* fileName, const char* extension);
 

@@ -19,26 +19,37 @@ CTimeCodeSpace* tcsOpen(CTimeCodeSpace* handle, void*, const char* path) {
 
 unsigned int tcsClose(CTimeCodeSpace* handle) { return tcs::CloseSpace(handle); }
 
+}  // extern "C"
+
+namespace {
+
 // The setters also refuse a handle that is not open: storing into a closed
-// space would write freed memory.
-unsigned int tcsSetAddCallback(CTimeCodeSpace* space, void* context, TcsClipCallback callback) {
+// space would write freed memory. Each logs with its own format.
+unsigned int SetCallback(CTimeCodeSpace* space, const char* format,
+                         TcsClipCallback CTimeCodeSpace::*function_field,
+                         void* CTimeCodeSpace::*context_field, void* context,
+                         TcsClipCallback callback) {
   if (!tcs::IsOpenSpace(space)) {
-    ErrOut("clsSetAddCallback(0x%lX)", static_cast<unsigned long>(TCS_ERR_SETTER_NULL_SPACE));
+    ErrOut(format, static_cast<unsigned long>(TCS_ERR_SETTER_NULL_SPACE));
     return TCS_ERR_SETTER_NULL_SPACE;
   }
-  space->addClipContext = context;
-  space->addClipCallback = callback;
+  space->*context_field = context;
+  space->*function_field = callback;
   return TCS_OK;
 }
 
+}  // namespace
+
+extern "C" {
+
+unsigned int tcsSetAddCallback(CTimeCodeSpace* space, void* context, TcsClipCallback callback) {
+  return SetCallback(space, "clsSetAddCallback(0x%lX)", &CTimeCodeSpace::addClipCallback,
+                     &CTimeCodeSpace::addClipContext, context, callback);
+}
+
 unsigned int tcsSetDelCallback(CTimeCodeSpace* space, void* context, TcsClipCallback callback) {
-  if (!tcs::IsOpenSpace(space)) {
-    ErrOut("clsSetDelCallback(0x%lX)", static_cast<unsigned long>(TCS_ERR_SETTER_NULL_SPACE));
-    return TCS_ERR_SETTER_NULL_SPACE;
-  }
-  space->delClipContext = context;
-  space->delClipCallback = callback;
-  return TCS_OK;
+  return SetCallback(space, "clsSetDelCallback(0x%lX)", &CTimeCodeSpace::delClipCallback,
+                     &CTimeCodeSpace::delClipContext, context, callback);
 }
 
 // No operation issues a change notification, so nothing is stored.

@@ -66,8 +66,11 @@ TEST(ClipList, TheHostSeesTheCallersRecordOnAddAndTheUnlinkedCopyOnDelete) {
   EXPECT_EQ(listed_a->channel, 5u);
   EXPECT_EQ(listed_b->channel, 95u);
   EXPECT_EQ(listed_a->sourceIn, 100u);
-  EXPECT_STREQ(listed_a->name, "a");
-  EXPECT_NE(listed_a->name, a->name);  // the copy owns its strings
+  // Packed pointer fields are read by value, never bound to a reference.
+  const char* listed_name = listed_a->name;
+  const char* callers_name = a->name;
+  EXPECT_STREQ(listed_name, "a");
+  EXPECT_NE(listed_name, callers_name);  // the copy owns its strings
 
   space->__DelClipFromList(listed_b);
   EXPECT_EQ(seen.clip, listed_b);
