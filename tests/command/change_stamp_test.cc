@@ -3,13 +3,11 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 
 #include "support/command_record.h"
+#include "support/temp_dir.h"
 #include "support/test_clips.h"
 #include "tcs.h"
 
@@ -17,31 +15,10 @@ namespace {
 
 using tcs_test::NewCommand;
 
-// A file in a fresh temporary directory, removed with it.
-class TempFile {
- public:
-  TempFile() {
-    std::string pattern = testing::TempDir() + "tcs_stamp_XXXXXX";
-    dir_ = mkdtemp(pattern.data());
-    path_ = dir_ + "/space.tcs";
-    std::FILE* f = std::fopen(path_.c_str(), "w");
-    EXPECT_NE(f, nullptr);
-    if (f != nullptr) std::fclose(f);
-  }
-  ~TempFile() {
-    std::remove(path_.c_str());
-    rmdir(dir_.c_str());
-  }
-  const char* path() const { return path_.c_str(); }
-  void SetModified(time_t seconds) {
-    const timespec times[2] = {{seconds, 0}, {seconds, 0}};
-    ASSERT_EQ(utimensat(AT_FDCWD, path_.c_str(), times, 0), 0);
-  }
-
- private:
-  std::string dir_;
-  std::string path_;
-};
+void SetModified(const std::string& file, time_t seconds) {
+  const timespec times[2] = {{seconds, 0}, {seconds, 0}};
+  ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
+}
 
 enum class Action { kPoll, kAcknowledge, kTouch, kEdit };
 
@@ -55,10 +32,12 @@ struct Step {
 
 TEST(ChangeStamp, PollLooksAtTheFileAtMostEvery10000MsUntilAcknowledged) {
   constexpr time_t kBase = 1000000000;
-  TempFile file;
-  file.SetModified(kBase);
+  tcs_test::TempDir dir;
+  const std::string file = dir.File("space.tcs");
+  tcs_test::WriteFile(file, "timeline");
+  SetModified(file, kBase);
   tcs_test::FakeClock clock(0);
-  tcs_test::OpenedSpace space(file.path());
+  tcs_test::OpenedSpace space(file.c_str());
   ASSERT_NE(space.get(), nullptr);
 
   const Step steps[] = {
@@ -94,7 +73,7 @@ TEST(ChangeStamp, PollLooksAtTheFileAtMostEvery10000MsUntilAcknowledged) {
     clock.Set(step.clock);
     switch (step.action) {
       case Action::kTouch:
-        file.SetModified(kBase + step.argument);
+        SetModified(file, kBase + step.argument);
         break;
       case Action::kEdit: {
         auto edit = NewCommand(TCSCMD_DELETE, TCSF_POS | TCSF_IN | TCSF_OUT);
