@@ -52,13 +52,4 @@ TEST(BackupCommand, CountsAndRestoresThroughTheRecord) {
   EXPECT_EQ(CountBackups(space.get()), 2u);
 }
 
-TEST(BackupCommand, SpaceWithoutAFileHasNoBackups) {
-  tcs_test::OpenedSpace space;
-  EXPECT_EQ(CountBackups(space.get()), 0u);
-  auto restore = NewCommand(TCSCMD_SET, 0, TCSSUB_BACKUP);
-  restore->position = 1;
-  EXPECT_EQ(tcsSetMode(space.get(), restore.get()), 0xFFFFFFFFu);
-  EXPECT_EQ(restore->position, 0xFFFFFFFFu);
-}
-
 }  // namespace

@@ -100,17 +100,4 @@ TEST(ChangeStamp, PollLooksAtTheFileAtMostEvery10000MsUntilAcknowledged) {
   }
 }
 
-// Without a file there is nothing to find changed.
-TEST(ChangeStamp, SpaceWithoutAFileNeverReportsAChange) {
-  tcs_test::FakeClock clock(0);
-  tcs_test::OpenedSpace space;
-  for (uint32_t now : {20000u, 40000u, 0xFFFFFFF0u}) {
-    clock.Set(now);
-    auto poll = NewCommand(TCSCMD_GET, 0, TCSSUB_CHANGESTAMP);
-    EXPECT_EQ(tcsSetMode(space.get(), poll.get()), 0u);
-    EXPECT_EQ(poll->inPoint, 0u);
-    EXPECT_EQ(space->checkStamp.load(), now);
-  }
-}
-
 }  // namespace
