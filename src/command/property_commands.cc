@@ -7,7 +7,6 @@
 #include <string>
 
 #include "command/command_api.h"
-#include "lookup/timecode.h"
 #include "platform/clip.h"
 #include "space/space.h"
 #include "space/space_lock.h"
