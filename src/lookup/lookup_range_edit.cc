@@ -40,9 +40,12 @@ Overlap Classify(uint32_t rs, uint32_t rl, uint32_t xs, uint32_t xl) {
   const bool ends_in_r = Contains(rs, rl, xe - 1);
   const bool holds_rs = Contains(xs, xl, rs);
   const bool holds_last_of_r = Contains(xs, xl, re - 1);
+  // The tests in their fixed order; with wrapped ends (mod 2^32) they are
+  // the definition, the pictures above only their ordinary reading.
   if (starts_in_r && ends_in_r) return Overlap::kInside;
   if (holds_rs) return holds_last_of_r ? Overlap::kSplit : Overlap::kTail;
-  // Neither end of x in r: only a head if x also holds r's last frame.
+  // Otherwise a head, if x holds RE; with neither end of x in r, only when x
+  // also holds r's last frame.
   if (!starts_in_r && !ends_in_r && !holds_last_of_r) return Overlap::kUntouched;
   return Contains(xs, xl, re) ? Overlap::kHead : Overlap::kUntouched;
 }
@@ -57,9 +60,11 @@ CTCRange RangeOf(Span span) {
 }  // namespace
 
 // Overwrite: nothing plays in r afterwards.
-//   before  |--A--|--B--|--C--|   |--D-----------|
-//   r              [=========)
-//   after   |--A|          |C-|   (D: untouched, the walk stops there)
+//   before  |--A--|--B--|--C--|   |--D--|
+//   r           [=========)
+//   after   |-A-|         |-C-|   |--D--|
+// A keeps its head (tail case), B goes with its record (inside), C keeps its
+// tail (head case); the walk stops at D, untouched.
 // A walk from RS: each round takes findge(key) and moves key to its end. It
 // stops at the first play clip it leaves untouched, after a split, or when
 // the next key would not move forward (an end wrapped past 2^32).
@@ -139,19 +144,21 @@ void CTCLookup::Split(Position x, uint32_t rs, uint32_t re) {
   CPlayClip right;
   if (added != nullptr) right.Construct(added);
 
-  const Span left = TwoPointRule(xs, rs);
+  // A host that edited this channel from its notification and took x away
+  // has rewritten this stretch: its edit stands, the new record stays listed
+  // without a play clip.
   const Position again = Refind(xs, record);
-  if (again != end()) {
-    if (record != nullptr) record->sourceOut = record->sourceIn + (rs - xs);
-    if (left.length != 0) {
-      Reshape(again, left.start, left.length);
-    } else {
-      if (record != nullptr) {
-        record->start = left.start;
-        record->length = 0;
-      }
-      Erase(again);
+  if (again == end()) return;
+  const Span left = TwoPointRule(xs, rs);
+  if (record != nullptr) record->sourceOut = record->sourceIn + (rs - xs);
+  if (left.length != 0) {
+    Reshape(again, left.start, left.length);
+  } else {
+    if (record != nullptr) {
+      record->start = left.start;
+      record->length = 0;
     }
+    Erase(again);
   }
   if (added != nullptr && right.length != 0) Insert(right);
 }
