@@ -61,17 +61,6 @@ TEST(SpaceEdit, AddedRecordsAreCorrectedInPlace) {
   }
 }
 
-TEST(SpaceEdit, ChannelsFromNinetySixUpMeanChannelZero) {
-  tcs_test::OpenedSpace space;
-  EXPECT_EQ(space->AddClip(0, MakeClip(0, 10).get(), 96)->channel, 0u);
-  EXPECT_EQ(space->AddClip(0, MakeClip(20, 10).get(), 200)->channel, 0u);
-  EXPECT_EQ(space->AddClip(0, MakeClip(40, 10).get(), 95)->channel, 95u);
-  EXPECT_EQ(PlayClips(*space, 0), (std::vector<std::pair<uint32_t, uint32_t>>{{0, 10}, {20, 10}}));
-  CPlayClip out;
-  EXPECT_EQ(space->Translate(25, out, 1000), 5u);
-  EXPECT_EQ(space->FindPlayClip(0x10, 25, out, 96), 20u);
-}
-
 TEST(SpaceEdit, ModifyRangeRefusesEmptyReversedAndOverlongRangesWithoutStamping) {
   FakeClock clock(100);
   LogCapture log;
@@ -108,6 +97,11 @@ TEST(SpaceEdit, MasksNameVideoThenAudioChannels) {
   // A masked channel without a lookup is passed over.
   EXPECT_EQ(space->ModifyRange(0, 10, 0x80000000u, 0x80000000u, TCS_EDIT_BLANK), TCS_OK);
   EXPECT_EQ(space->lookups[31], nullptr);
+  // Channel numbers from 96 up mean channel 0.
+  EXPECT_EQ(space->AddClip(0, MakeClip(30, 10).get(), 96)->channel, 0u);
+  EXPECT_EQ(space->AddClip(0, MakeClip(50, 10).get(), 200)->channel, 0u);
+  CPlayClip out;
+  EXPECT_EQ(space->FindPlayClip(0x10, 55, out, 1000), 50u);
   space->CheckInvariants();
 }
 
@@ -222,19 +216,17 @@ TEST(SpaceEdit, CurrentClipNeedsASearchAndASoundReplacement) {
   CClip* current = space->AddClip(0, MakeClip(100, 50, 300).get(), 4);
   ASSERT_NE(space->FindPlayClip(0x10, 120, space->currentPlayClip, 4), tcs::kNotFound);
   space->clipActive = 1;
-  replacement->channel = 5;
-  EXPECT_EQ(tcsSetCurClip(space.get(), replacement.get()), TCS_ERR_BAD_ARGUMENTS);
-  replacement->channel = 4;
-  replacement->sourceOut = replacement->sourceIn - 1;
-  EXPECT_EQ(tcsSetCurClip(space.get(), replacement.get()), TCS_ERR_BAD_ARGUMENTS);
-  replacement->sourceOut = replacement->sourceIn + 10;
-  replacement->start = 0xFFFFFFFAu;
-  EXPECT_EQ(tcsSetCurClip(space.get(), replacement.get()), TCS_ERR_BAD_ARGUMENTS);
+  // Unsound: another channel, out before in, an end past 2^32.
+  for (auto [channel, out, start] : {std::tuple{5u, 510u, 0u}, {4u, 499u, 0u},
+                                     {4u, 510u, 0xFFFFFFFAu}}) {
+    std::tie(replacement->channel, replacement->sourceOut, replacement->start) =
+        std::tie(channel, out, start);
+    EXPECT_EQ(tcsSetCurClip(space.get(), replacement.get()), TCS_ERR_BAD_ARGUMENTS);
+  }
   EXPECT_EQ(PlayClips(*space, 4), (std::vector<std::pair<uint32_t, uint32_t>>{{100, 50}}));
 
   // A refused replacement puts the current clip back as a further copy.
-  replacement->start = 100;
-  notes.refuse = true;
+  std::tie(replacement->start, replacement->sourceOut) = std::tuple{100u, 510u};
   auto accept_second = [](void* context, CTimeCodeSpace*, CClip*) -> unsigned int {
     return (*static_cast<int*>(context))++ == 0 ? 1 : 0;
   };
