@@ -7,6 +7,7 @@
 #include "command/edit_commands.h"
 #include "command/property_commands.h"
 #include "lookup/timecode.h"
+#include "space/registry.h"
 #include "space/space.h"
 #include "space/status_log.h"
 #include "tcs_status.h"
@@ -74,6 +75,8 @@ uint32_t DispatchCommand(CTimeCodeSpace* space, TCSCMD* record) {
     record->position = TCS_RESULT_NONE;
     return TCS_RESULT_NONE;
   }
+  // A handle that is not open (closed, or never opened) is not dereferenced.
+  if (!IsOpenSpace(space)) return LogStatus(TCS_ERR_BAD_HANDLE);
   if (record->type != TCSCMD_TYPE) return LogStatus(TCS_ERR_BAD_RECORD_TYPE);
   if (IsIgnored(record->command)) return TCS_OK;
   switch (record->command) {

@@ -4,12 +4,13 @@
 #include "command/command_api.h"
 #include "lookup/timecode.h"
 #include "platform/errlog.h"
+#include "space/registry.h"
 #include "tcs_status.h"
 
 extern "C" TCS_EXPORT unsigned int tcsFindClip(CTimeCodeSpace* space, unsigned int mode,
                                                unsigned int timecode, CClip** clipOut,
                                                unsigned int channel) {
-  if (space == nullptr) {
+  if (!tcs::IsOpenSpace(space)) {  // null, or closed: never dereferenced
     ErrMsgOut("TCSpace", TCS_ERR_BAD_HANDLE, 0, 0);
     return tcs::kNotFound;
   }
@@ -22,11 +23,12 @@ extern "C" TCS_EXPORT unsigned int tcsFindClip(CTimeCodeSpace* space, unsigned i
 }
 
 // A null space or record answers the end of the walk, unlogged: an answer,
-// as tcsSetMode gives for a null space, not an error.
+// as tcsSetMode gives for a null space, not an error. So does a space that
+// is not open, which is never dereferenced.
 extern "C" TCS_EXPORT unsigned int tcsFindNextClip(CTimeCodeSpace* space, TCSCMD* record,
                                                    int freshMarks, CClip* clip) {
   if (record == nullptr) return tcs::kNotFound;
-  if (space == nullptr) return tcs::EndWalk(*record);
+  if (!tcs::IsOpenSpace(space)) return tcs::EndWalk(*record);
   // Only the low byte of the flag counts.
   const bool fresh_marks = (freshMarks & 0xFF) != 0;
   return tcs::FindNextClip(*space, *record, fresh_marks, clip);

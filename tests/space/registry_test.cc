@@ -92,6 +92,17 @@ TEST(Registry, EntryPointsRefuseHandlesThatAreNotOpen) {
                                "TCSpace(0xA8080005)", "TCSpace(0xA8080005)",
                                "clsSetAddCallback(0xE8090004)", "clsSetDelCallback(0xE8090004)"}));
   }
+  // The command interface: a closed handle is refused too, never walked.
+  log.Clear();
+  TCSCMD record{};
+  record.type = TCSCMD_TYPE;
+  record.command = TCSCMD_GET;
+  record.subCommand = TCSSUB_NEXT;
+  EXPECT_EQ(tcsSetMode(closed, &record), TCS_ERR_BAD_HANDLE);
+  EXPECT_EQ(tcsFindClip(closed, 0x18, 0, &found, 0), tcs::kNotFound);
+  EXPECT_EQ(tcsFindNextClip(closed, &record, 0, nullptr), tcs::kNotFound);
+  EXPECT_EQ(record.position, 0xFFFFFFFFu);
+  EXPECT_EQ(log.Lines(), std::vector<std::string>(2, "TCSpace(0xA8080004)"));
 }
 
 // Under LeakSanitizer (and valgrind) this proves the teardown frees all.
