@@ -1,173 +1,181 @@
-// The clip walk stepped through tcsFindNextClip on small hand-laid timelines.
+// The clip walk (tcsFindNextClip): a worked example, a model of its events on
+// random timelines, and a table of same-start and cover cases.
 #include <gtest/gtest.h>
 
-#include <iterator>
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
-#include "command/walk_test_util.h"
 #include "support/log_capture.h"
+#include "support/test_clips.h"
+#include "tcs.h"
 
 namespace {
-
-using tcs_test::Laid;
-using tcs_test::Lay;
-using tcs_test::Step;
-using tcs_test::WalkAll;
-using tcs_test::WalkRecord;
 
 constexpr uint32_t kEnd = 0x80000001u;
 constexpr uint32_t kNone = 0xFFFFFFFFu;
 
-std::string Text(TCSCMD& record) { return TcsCmdReplyText(record); }
+struct Laid {
+  uint32_t channel, start, length, source_in;
+  const char* name;
+  uint32_t source_out = 0;  // 0: source_in + length
+};
+
+void Lay(CTimeCodeSpace* space, const std::vector<Laid>& clips) {
+  for (const Laid& c : clips) {
+    auto clip = tcs_test::MakeClip(c.start, c.length, c.source_in, c.name);
+    if (c.source_out != 0) clip->sourceOut = c.source_out;
+    ASSERT_EQ(tcsAddClip(space, clip.get(), c.channel), 0u);
+  }
+}
+
+// One reported event: the answer, the record's video and audio masks, its
+// inPoint and outPoint, and its text.
+using Event = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t, uint32_t, std::string>;
+
+// Steps a walk as a host does, up to `max` events or the end, from a record
+// without a limit (outPoint 0xFFFFFFFF at 0, else inPoint == outPoint). A
+// copy stepped with fresh marks must answer the same clip.
+std::vector<Event> Walk(CTimeCodeSpace* space, uint32_t flags = 0, uint32_t position = 0,
+                        size_t max = 200) {
+  TCSCMD record{};
+  record.flags = flags;
+  record.position = position;
+  record.outPoint = position == 0 ? kNone : 0;
+  std::vector<Event> events;
+  while (events.size() < max) {
+    TCSCMD copy = record;
+    CClip got;
+    const uint32_t peek = tcsFindNextClip(space, &copy, 1, &got);
+    const uint32_t r = tcsFindNextClip(space, &record, 0, nullptr);
+    EXPECT_EQ(record.flags, r == kEnd && events.empty() ? flags : flags | 0x2560u);
+    if (r == kEnd) {  // the end: all but the flags cleared
+      EXPECT_EQ((std::array{peek, record.position, record.inPoint, record.outPoint,
+                            record.videoMask | record.audioMask | record.auxMask}),
+                (std::array{kEnd, kNone, kNone, kNone, 0u}));
+      break;
+    }
+    EXPECT_EQ((std::array{peek, record.position, record.auxMask, got.start, got.sourceIn}),
+              (std::array{r, r, 0u, r, record.inPoint}));
+    events.emplace_back(r, record.videoMask, record.audioMask, record.inPoint, record.outPoint,
+                        TcsCmdReplyText(record));
+  }
+  return events;
+}
 
 //   ch 0   |A (1000)...|C (3000)...|
 //   ch 1        |B..|
 //   ch 32  |A2 (A's source)|
-TEST(ClipWalk, WalksTheThreeChannelExampleEventByEvent) {
+TEST(ClipWalk, WalksTheThreeChannelExampleUnlogged) {
+  tcs_test::LogCapture log;
   tcs_test::OpenedSpace space;
   Lay(space.get(), {{0, 0, 100, 1000, "A", 1500}, {0, 100, 100, 3000, "C"},
                     {32, 0, 100, 1000, "A", 1500}, {1, 50, 30, 2000, "B"}});
-  TCSCMD record = WalkRecord();
-  struct Expected {
-    Step step;
-    uint32_t in, out;
-    const char* text;
-  };
-  const Expected expected[] = {{{0, 0x1, 0x1}, 1000, 1100, "A"},
-                               {{50, 0x3, 0x1}, 2000, 2030, "B"},
-                               {{100, 0x1, 0x0}, 3000, 3100, "C"},
-                               {{kEnd, 0, 0}, kNone, kNone, "C"}};
-  for (const Expected& e : expected) {
-    SCOPED_TRACE(e.text);
-    const uint32_t r = tcsFindNextClip(space.get(), &record, 0, nullptr);
-    EXPECT_EQ((Step{r, record.videoMask, record.audioMask}), e.step);
-    EXPECT_EQ(record.position, r == kEnd ? kNone : r);
-    EXPECT_EQ(record.inPoint, e.in);
-    EXPECT_EQ(record.outPoint, e.out);
-    EXPECT_EQ(record.auxMask, 0u);
-    EXPECT_EQ(record.flags, 0x2560u);  // kept at the end
-    EXPECT_EQ(Text(record), e.text);
-  }
+  EXPECT_EQ(Walk(space.get()), (std::vector<Event>{{0, 0x1, 0x1, 1000, 1100, "A"},
+                                                   {50, 0x3, 0x1, 2000, 2030, "B"},
+                                                   {100, 0x1, 0x0, 3000, 3100, "C"}}));
+  EXPECT_TRUE(Walk(nullptr, TCSF_TEXT, 7).empty());
+  EXPECT_EQ(tcsFindNextClip(space.get(), nullptr, 1, nullptr), kEnd);
+  EXPECT_TRUE(log.Lines().empty());
 }
 
-// Same start on two searched channels: one event when the sources agree
-// (a missing name agrees with any), else one per channel in scan order.
-TEST(ClipWalk, SameStartClipsAreLinkedOnlyWhenTheirSourcesAgree) {
-  struct Case {
-    const char* what;
-    std::vector<Laid> clips;
-    std::vector<Step> steps;
-  };
-  const Case cases[] = {
-      {"same source and name", {{0, 10, 50, 700, "x"}, {32, 10, 50, 700, "x"}},
-       {{10, 0x1, 0x1}, {kEnd, 0, 0}}},
-      {"one name missing", {{0, 10, 50, 700, "x"}, {32, 10, 50, 700, nullptr}},
-       {{10, 0x1, 0x1}, {kEnd, 0, 0}}},
-      {"names differ", {{0, 10, 50, 700, "x"}, {32, 10, 50, 700, "y"}},
-       {{10, 0x1, 0x0}, {10, 0x1, 0x1}, {kEnd, 0, 0}}},
-      {"source in differs", {{0, 10, 50, 700, "x"}, {32, 10, 50, 701, "x"}},
-       {{10, 0x1, 0x0}, {10, 0x1, 0x1}, {kEnd, 0, 0}}},
-      {"source out differs", {{0, 10, 50, 700, "x", 900}, {32, 10, 50, 700, "x"}},
-       {{10, 0x1, 0x0}, {10, 0x1, 0x1}, {kEnd, 0, 0}}},
-      {"length differs", {{0, 10, 50, 700, "x"}, {32, 10, 49, 700, "x"}},
-       {{10, 0x1, 0x0}, {10, 0x1, 0x1}, {kEnd, 0, 0}}},
-      {"channels 0 and 2, different sources", {{2, 10, 50, 1, "p"}, {0, 10, 50, 2, "q"}},
-       {{10, 0x1, 0x0}, {10, 0x5, 0x0}, {kEnd, 0, 0}}},
-      {"unsearched channels never", {{4, 0, 9, 0, "u"}, {48, 0, 9, 0, "u"}, {95, 5, 5, 0, nullptr},
-                                     {31, 20, 5, 0, nullptr}, {3, 20, 5, 0, nullptr}},
-       {{20, 0x8, 0x0}, {kEnd, 0, 0}}},
-      {"empty space", {}, {{kEnd, 0, 0}}},
-      // A channel reported at an earlier position stays marked until a
-      // restart: X2 starts where the cursor lands, is passed over there and
-      // is behind the cursor after the restart, so it is never reported.
-      {"carried mark hides a clip", {{0, 0, 10, 1, "X"}, {0, 10, 10, 2, "X2"},
-                                     {1, 5, 95, 3, "Y"}, {2, 10, 20, 4, "Z"}},
-       {{0, 0x1, 0}, {5, 0x3, 0}, {10, 0x7, 0}, {kEnd, 0, 0}}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
+// Clips on searched channels start on shared cuts and end by the next one.
+// Same-start clips often share a source; some differ in length or name.
+std::vector<Laid> RandomTimeline(std::mt19937& rng) {
+  const char* const names[] = {"n0", "n1", nullptr};
+  auto pick = [&rng](uint32_t n) { return static_cast<uint32_t>(rng() % n); };
+  std::vector<uint32_t> cuts{pick(4)};
+  while (cuts.size() < 24) cuts.push_back(cuts.back() + 1 + pick(12));
+  uint32_t own_in = 1000000;
+  std::vector<Laid> clips;
+  for (uint32_t channel = 0; channel < 48; channel += channel == 3 ? 29 : 1) {  // scan order
+    for (size_t i = 0; i + 1 < cuts.size(); ++i) {
+      const uint32_t start = cuts[i], room = cuts[i + 1] - start;
+      if (pick(2 + channel % 3) != 0) continue;
+      clips.push_back({channel, start, 1 + (pick(4) ? start * 7 : pick(99)) % room,
+                       pick(2) ? start * 3 + 1 : own_in++, names[pick(4) ? start % 3 : pick(3)]});
+    }
+  }
+  return clips;
+}
+
+// At each start, in scan order: the first clip not yet reported, with every
+// other one there of the same length, source in and name (a missing name
+// matches any). Marks gather until the walk moves on to the next start.
+std::vector<Event> ModelEvents(const std::vector<Laid>& clips) {
+  std::map<uint32_t, std::vector<Laid>> by_start;
+  for (const Laid& c : clips) by_start[c.start].push_back(c);
+  std::vector<Event> events;
+  for (auto& [start, here] : by_start) {
+    uint32_t marks[2] = {0, 0};
+    while (!here.empty()) {
+      const Laid f = here.front();
+      auto linked = std::stable_partition(here.begin(), here.end(), [&f](const Laid& c) {
+        return c.length != f.length || c.source_in != f.source_in ||
+               (c.name && f.name && std::strcmp(c.name, f.name) != 0);
+      });
+      for (auto c = linked; c != here.end(); ++c) marks[c->channel / 32] |= 1u << c->channel % 32;
+      here.erase(linked, here.end());
+      events.emplace_back(start, marks[0], marks[1], f.source_in, f.source_in + f.length,
+                          f.name ? f.name : "");
+    }
+  }
+  return events;
+}
+
+// On timelines where no clip starts inside another, the walk reports every
+// clip on the searched channels exactly once, in start order, and then ends.
+// Copies of the clips on unsearched channels must never be reported.
+TEST(ClipWalk, ReportsEverySearchedClipOnceInStartOrder) {
+  const char* env = std::getenv("TCS_WALK_SEED");
+  const uint32_t first = env != nullptr ? std::strtoul(env, nullptr, 10) : 300;
+  for (uint32_t seed = first; seed < first + 20; ++seed) {
+    SCOPED_TRACE(testing::Message() << "TCS_WALK_SEED=" << seed);
+    std::mt19937 rng(seed);
+    const std::vector<Laid> clips = RandomTimeline(rng);
     tcs_test::OpenedSpace space;
-    Lay(space.get(), c.clips);
-    TCSCMD record = WalkRecord();
-    EXPECT_EQ(WalkAll(space.get(), record), c.steps);
+    for (Laid c : clips) {
+      Lay(space.get(), {c});
+      c.channel = rng() % 2 ? 4 + rng() % 28 : 48 + rng() % 48;
+      if (rng() % 2) Lay(space.get(), {c});
+    }
+    EXPECT_EQ(Walk(space.get()), ModelEvents(clips));
   }
 }
 
-// One step from a given record state. Cover search (TCSF_AT without TCSF_IN
-// or TCSF_OUT) takes a clip covering the cursor: channel 0, else the highest
-// video channel, else an audio channel, the marks aside. The limit, cursor +
-// outPoint - inPoint (wrapping; none unless inPoint < outPoint), decides
-// between a find with the marks kept and a restart one frame on without them.
-TEST(ClipWalk, CoverSearchAndTheLimitDecideTheNextStep) {
-  const std::vector<Laid> x_and_y = {{0, 0, 100, 0, "X"}, {1, 30, 10, 0, "Y"}};
+// Same-start clips are one event when length, source in and out and name
+// agree (a missing name agrees with any). The cover search (TCSF_AT alone)
+// takes the highest video channel covering the cursor, else the first audio.
+TEST(ClipWalk, LinksSameStartClipsAndPrefersVideoForCover) {
   auto cover = [](std::vector<uint32_t> channels) {
-    std::vector<Laid> clips = {{35, 60, 10, 5, nullptr}};  // starts after the cursor
+    std::vector<Laid> clips = {{35, 60, 10, 5, nullptr}};  // starts after the cursor at 50
     for (uint32_t ch : channels) clips.push_back({ch, 10, 90, 100 * ch, nullptr});
     return clips;
   };
-  struct Case {
-    std::vector<Laid> clips;
-    uint32_t flags, position, video, in, out;
-    Step step;
+  const std::tuple<std::vector<Laid>, uint32_t, std::vector<Event>> cases[] = {
+      {{{0, 1, 5, 1, "x"}, {32, 1, 5, 1, "x"}}, 0, {{1, 1, 1, 1, 6, "x"}}},
+      {{{0, 1, 5, 1, "x"}, {32, 1, 5, 1, nullptr}}, 0, {{1, 1, 1, 1, 6, "x"}}},
+      {{{0, 1, 5, 1, "x"}, {32, 1, 5, 1, "y"}}, 0, {{1, 1, 0, 1, 6, "x"}, {1, 1, 1, 1, 6, "y"}}},
+      {{{0, 1, 5, 1, "x", 9}, {1, 1, 4, 1, "x", 9}, {2, 1, 5, 1, "x"}}, 0,  // length, source out
+       {{1, 1, 0, 1, 6, "x"}, {1, 3, 0, 1, 5, "x"}, {1, 7, 0, 1, 6, "x"}}},
+      {std::vector<Laid>{}, 0, {}},
+      {cover({0, 2, 33}), TCSF_AT, {{10, 0x4, 0, 200, 290, ""}}},
+      {cover({33, 40}), TCSF_AT, {{10, 0, 0x2, 3300, 3390, ""}}},
+      {cover({}), TCSF_AT, {}},
+      {cover({0, 2}), TCSF_AT | TCSF_IN, {{60, 0, 0x8, 5, 15, ""}}},
   };
-  const Case cases[] = {
-      {cover({0, 2, 33}), TCSF_AT, 50, 0, 0, 0, {10, 0x4, 0x0}},
-      {cover({33}), TCSF_AT, 50, 0, 0, 0, {10, 0x0, 0x2}},
-      {cover({0, 33, 40}), TCSF_AT, 50, 0, 0, 0, {10, 0x1, 0x0}},
-      {cover({1, 3, 0}), TCSF_AT | TCSF_MODE | TCSF_TEXT, 50, 0, 0, 0, {10, 0x8, 0x0}},
-      {cover({2}), TCSF_AT, 50, 0x4, 0, 0, {10, 0x4, 0x0}},
-      {cover({}), TCSF_AT, 50, 0, 0, 0, {kEnd, 0, 0}},
-      {cover({0, 2}), TCSF_AT | TCSF_IN, 50, 0, 0, 0, {60, 0, 0x8}},
-      {cover({0, 2}), TCSF_AT | TCSF_OUT, 50, 0, 0, 0, {60, 0, 0x8}},
-      {x_and_y, 0, 0, 0x1, 0, 20, {30, 0x2, 0}},           // 30 past the limit 20: restart
-      {x_and_y, 0, 0, 0x1, 0, 30, {30, 0x2, 0}},
-      {x_and_y, 0, 0, 0x1, 0, 31, {30, 0x3, 0}},           // before it: marks kept
-      {x_and_y, 0, 0, 0x1, 50, 50, {30, 0x3, 0}},          // no limit
-      {x_and_y, 0, 0, 0x1, 9, 3, {30, 0x3, 0}},
-      {x_and_y, 0, 5, 0x1, 0, 0xFFFFFFFE, {30, 0x2, 0}},   // the limit wraps to 3
-      {x_and_y, 0, 20, 0x1, 0, 0xFFFFFFFF, {30, 0x2, 0}},  // and to 19
-  };
-  for (size_t i = 0; i < std::size(cases); ++i) {
-    SCOPED_TRACE(testing::Message() << "case " << i);
-    const Case& c = cases[i];
+  for (const auto& [clips, flags, expected] : cases) {
+    SCOPED_TRACE(testing::Message() << "flags " << flags << testing::PrintToString(expected));
     tcs_test::OpenedSpace space;
-    Lay(space.get(), c.clips);
-    TCSCMD record = WalkRecord(c.flags, c.position);
-    record.videoMask = c.video;
-    record.inPoint = c.in;
-    record.outPoint = c.out;
-    const uint32_t r = tcsFindNextClip(space.get(), &record, 0, nullptr);
-    EXPECT_EQ((Step{r, record.videoMask, record.audioMask}), c.step);
+    Lay(space.get(), clips);
+    EXPECT_EQ(Walk(space.get(), flags, flags ? 50 : 0, flags == TCSF_AT ? 1 : 9), expected);
   }
-}
-
-// A play clip without a record offers nothing; a null space or record
-// answers the end of the walk, unlogged.
-TEST(ClipWalk, MissingRecordsAndHandlesEndOrSkipWithoutACrash) {
-  tcs_test::OpenedSpace space;
-  Lay(space.get(), {{1, 0, 10, 0, "a"}, {0, 40, 10, 0, "b"}});
-  CPlayClip bare;
-  bare.start = 20;
-  bare.length = 10;
-  space->lookups[1]->playClips.insert(bare);
-  TCSCMD record = WalkRecord();
-  EXPECT_EQ(WalkAll(space.get(), record),
-            (std::vector<Step>{{0, 0x2, 0}, {40, 0x1, 0}, {kEnd, 0, 0}}));
-  record = WalkRecord(TCSF_AT, 25);
-  EXPECT_EQ(tcsFindNextClip(space.get(), &record, 0, nullptr), kEnd);
-
-  tcs_test::LogCapture log;
-  record = WalkRecord(TCSF_TEXT, 7);
-  record.videoMask = record.audioMask = record.auxMask = 0x3;
-  EXPECT_EQ(tcsFindNextClip(nullptr, &record, 0, nullptr), kEnd);
-  EXPECT_EQ((Step{record.position, record.videoMask, record.audioMask}), (Step{kNone, 0, 0}));
-  EXPECT_EQ(record.inPoint, kNone);
-  EXPECT_EQ(record.outPoint, kNone);
-  EXPECT_EQ(record.auxMask, 0u);
-  EXPECT_EQ(record.flags, TCSF_TEXT);
-  EXPECT_EQ(tcsFindNextClip(space.get(), nullptr, 1, nullptr), kEnd);
-  EXPECT_TRUE(log.Lines().empty());
 }
 
 }  // namespace
