@@ -98,4 +98,36 @@ TEST(LookupEdit, EditsTable) {
   }
 }
 
+// The host's notifications may edit the same channel while an edit is under
+// way; the edit finds its play clip again instead of using a stale position.
+TEST(LookupEdit, NotificationsMayEditTheSameChannel) {
+  struct Reentry {
+    CTCLookup* lookup = nullptr;
+    bool armed = true;
+    static unsigned int Reenter(void* context, CTimeCodeSpace*, CClip*) {
+      auto* self = static_cast<Reentry*>(context);
+      if (!self->armed) return 0;
+      self->armed = false;
+      self->lookup->ModifyRange(0, 1000, TCS_EDIT_BLANK);
+      return 0;
+    }
+  };
+  for (bool on_delete : {true, false}) {
+    SCOPED_TRACE(on_delete ? "delete notification" : "add notification");
+    Reentry reentry;
+    tcs_test::OpenedSpace space;
+    for (auto [start, length] : {std::pair{0u, 10u}, {10u, 30u}, {40u, 10u}}) {
+      space->AddClip(0, tcs_test::MakeClip(start, length).get(), 0);
+    }
+    reentry.lookup = space->lookups[0];
+    (on_delete ? tcsSetDelCallback : tcsSetAddCallback)(space.get(), &reentry, &Reentry::Reenter);
+    // Swallows [0, 10), a deletion; or splits [10, 40), an addition.
+    const tcs::Span r = on_delete ? tcs::Span{0, 20} : tcs::Span{20, 5};
+    reentry.lookup->ModifyRange(r.start, r.start + r.length, TCS_EDIT_BLANK);
+    EXPECT_FALSE(reentry.armed);
+    space->CheckInvariants();
+    EXPECT_EQ(reentry.lookup->find(30), reentry.lookup->end());
+  }
+}
+
 }  // namespace
