@@ -39,13 +39,18 @@ std::string LongText(const TCSCMD& record) {
   return std::string(record.longText, strnlen(record.longText, sizeof record.longText));
 }
 
+// The clip record covering `position` on channel 0, or null; returns the
+// search's result. REQUIRES: the space's lock, held while clip is used.
+uint32_t FindPropertyClip(CTimeCodeSpace& space, const TCSCMD& record, CClip*& clip) {
+  return tcsFindClip(&space, kCoverMode, record.position, &clip, kPropertyChannel);
+}
+
 }  // namespace
 
 uint32_t GetProperty(CTimeCodeSpace& space, TCSCMD& record) {
-  SpaceLock lock(space);
+  SpaceLock lock(space);  // held until the last use of the record
   CClip* clip = nullptr;
-  const uint32_t result =
-      tcsFindClip(&space, kCoverMode, record.position, &clip, kPropertyChannel);
+  const uint32_t result = FindPropertyClip(space, record, clip);
   if (clip == nullptr) return result;
 
   const char* text = nullptr;
@@ -78,10 +83,9 @@ uint32_t GetProperty(CTimeCodeSpace& space, TCSCMD& record) {
 }
 
 uint32_t SetProperty(CTimeCodeSpace& space, TCSCMD& record) {
-  SpaceLock lock(space);
+  SpaceLock lock(space);  // held until the last use of the record
   CClip* clip = nullptr;
-  const uint32_t result =
-      tcsFindClip(&space, kCoverMode, record.position, &clip, kPropertyChannel);
+  const uint32_t result = FindPropertyClip(space, record, clip);
   if (clip == nullptr) return result;
 
   switch (record.selector) {
