@@ -9,7 +9,7 @@
 #include "platform/errlog.h"
 #include "platform/qvos.h"
 #include "platform/vsync.h"
-#include "lookup/clip_info.h"
+#include "record/clip_info.h"
 #include "space/clip_callback.h"
 #include "space/space_api.h"
 #include "command/tcs_cmd.h"
@@ -18,9 +18,9 @@
 
 #ifdef __cplusplus
 #include "lookup/lookup.h"
-#include "lookup/play_clip.h"
-#include "lookup/tc_range.h"
-#include "lookup/timecode.h"
+#include "record/play_clip.h"
+#include "record/tc_range.h"
+#include "record/timecode.h"
 #include "platform/clip.h"
 #include "space/space.h"
 #endif

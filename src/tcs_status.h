@@ -1,6 +1,6 @@
 // Every status code of the library, each with its meaning. No other file
 // spells these numbers. Query results (not-found, none) are not statuses and
-// have names of their own in lookup/timecode.h.
+// have names of their own in record/timecode.h.
 #ifndef TCS_STATUS_H_
 #define TCS_STATUS_H_
 

@@ -1,6 +1,6 @@
 #include "command/clip_search.h"
 
-#include "lookup/timecode.h"
+#include "record/timecode.h"
 #include "space/space.h"
 
 namespace tcs {

@@ -13,7 +13,7 @@
 #include <cstring>
 
 #include "command/clip_search.h"
-#include "lookup/timecode.h"
+#include "record/timecode.h"
 #include "platform/clip.h"
 #include "space/space.h"
 #include "space/space_lock.h"

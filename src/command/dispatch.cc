@@ -6,7 +6,7 @@
 #include "command/command_api.h"
 #include "command/edit_commands.h"
 #include "command/property_commands.h"
-#include "lookup/timecode.h"
+#include "record/timecode.h"
 #include "space/registry.h"
 #include "space/space.h"
 #include "space/status_log.h"

@@ -8,7 +8,7 @@
 #include <cstring>
 
 #include "lookup/lookup.h"
-#include "lookup/timecode.h"
+#include "record/timecode.h"
 #include "platform/clip.h"
 #include "space/space.h"
 #include "space/status_log.h"

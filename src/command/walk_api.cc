@@ -2,7 +2,7 @@
 #include "command/clip_search.h"
 #include "command/clip_walk.h"
 #include "command/command_api.h"
-#include "lookup/timecode.h"
+#include "record/timecode.h"
 #include "platform/errlog.h"
 #include "space/registry.h"
 #include "tcs_status.h"

@@ -25,8 +25,8 @@
 #include <cstddef>
 #include <set>
 
-#include "lookup/play_clip.h"
-#include "lookup/tc_range.h"
+#include "record/play_clip.h"
+#include "record/tc_range.h"
 #include "tcs_export.h"
 
 class CClip;

@@ -3,7 +3,7 @@
 #include <iterator>
 
 #include "lookup/lookup.h"
-#include "lookup/timecode.h"
+#include "record/timecode.h"
 #include "platform/clip.h"
 
 using tcs::Contains;

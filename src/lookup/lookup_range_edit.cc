@@ -7,7 +7,7 @@
 // Below, r = [RS, RE) with RL = RE - RS, and x = [XS, XE) a play clip; all
 // arithmetic is mod 2^32, every comparison unsigned.
 #include "lookup/lookup.h"
-#include "lookup/timecode.h"
+#include "record/timecode.h"
 #include "platform/clip.h"
 #include "space/space.h"
 

@@ -6,7 +6,7 @@
 //   mode & 0x10F  gap policy, consulted only when no play clip contains t
 //   mode & 0x3    permits the nearest search
 #include "lookup/lookup.h"
-#include "lookup/timecode.h"
+#include "record/timecode.h"
 #include "platform/clip.h"
 
 namespace {

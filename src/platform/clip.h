@@ -9,8 +9,8 @@
 
 #include <cstdint>
 
-#include "lookup/clip_info.h"
-#include "lookup/tc_range.h"
+#include "record/clip_info.h"
+#include "record/tc_range.h"
 #include "tcs_export.h"
 
 class CTimeCodeSpace;

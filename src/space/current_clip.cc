@@ -1,6 +1,6 @@
 #include "space/current_clip.h"
 
-#include "lookup/timecode.h"
+#include "record/timecode.h"
 #include "platform/clip.h"
 #include "space/space.h"
 #include "space/status_log.h"

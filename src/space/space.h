@@ -16,7 +16,7 @@
 #include <cstdint>
 
 #include "lookup/lookup.h"
-#include "lookup/play_clip.h"
+#include "record/play_clip.h"
 #include "platform/clip.h"
 #include "platform/qvos.h"
 #include "space/clip_callback.h"

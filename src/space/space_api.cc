@@ -3,7 +3,7 @@
 // entry point's handle status instead of a crash.
 #include "space/space_api.h"
 
-#include "lookup/timecode.h"
+#include "record/timecode.h"
 #include "platform/errlog.h"
 #include "space/current_clip.h"
 #include "space/registry.h"

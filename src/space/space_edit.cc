@@ -1,6 +1,6 @@
 // The space's edits: pick the channels, take the lock, hand the work to each
 // channel's lookup, keep the clip list in step and stamp.
-#include "lookup/timecode.h"
+#include "record/timecode.h"
 #include "space/channel_mask.h"
 #include "space/space.h"
 #include "space/space_lock.h"

@@ -1,5 +1,5 @@
 // The space's locked queries.
-#include "lookup/timecode.h"
+#include "record/timecode.h"
 #include "space/space.h"
 #include "space/space_lock.h"
 

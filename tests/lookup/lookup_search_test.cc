@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "lookup/lookup.h"
-#include "lookup/timecode.h"
+#include "record/timecode.h"
 #include "space/space.h"
 #include "support/test_clips.h"
 

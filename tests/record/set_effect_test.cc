@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "lookup/tc_range.h"
+#include "record/tc_range.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // The length rule and the two-point rule, as properties over pairs of edge
 // and random timecodes.
-#include "lookup/timecode.h"
+#include "record/timecode.h"
 
 #include <gtest/gtest.h>
 

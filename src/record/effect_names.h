@@ -1,8 +1,8 @@
 // The standard names of transition codes: the dissolve (0), the wipe
 // patterns numbered as SMPTE numbers them (1 to 246) and the inverted forms of
 // codes 0 to 3 (500 to 503). A fixed table; safe from any thread.
-#ifndef TCS_EDL_EFFECT_NAMES_H_
-#define TCS_EDL_EFFECT_NAMES_H_
+#ifndef TCS_RECORD_EFFECT_NAMES_H_
+#define TCS_RECORD_EFFECT_NAMES_H_
 
 #include <cstdint>
 
@@ -14,4 +14,4 @@ const char* EffectName(uint32_t code);
 
 }  // namespace tcs
 
-#endif  // TCS_EDL_EFFECT_NAMES_H_
+#endif  // TCS_RECORD_EFFECT_NAMES_H_

@@ -1,8 +1,8 @@
 // CTCRange: a span of record timecode with its transition effect (code,
 // duration in frames, and a name or text of at most 4095 characters).
 // A plain value: copies copy the whole 4096-byte text.
-#ifndef TCS_LOOKUP_TC_RANGE_H_
-#define TCS_LOOKUP_TC_RANGE_H_
+#ifndef TCS_RECORD_TC_RANGE_H_
+#define TCS_RECORD_TC_RANGE_H_
 
 #include <cstdint>
 #include <cstring>
@@ -45,4 +45,4 @@ class TCS_EXPORT CTCRange {
   }
 };
 
-#endif  // TCS_LOOKUP_TC_RANGE_H_
+#endif  // TCS_RECORD_TC_RANGE_H_

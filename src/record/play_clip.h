@@ -2,10 +2,10 @@
 // that plays there. A value: the lookup keeps its own copies and queries copy
 // one out; a copy carries the same record pointer. The record is borrowed
 // from the space's clip list and never owned.
-#ifndef TCS_LOOKUP_PLAY_CLIP_H_
-#define TCS_LOOKUP_PLAY_CLIP_H_
+#ifndef TCS_RECORD_PLAY_CLIP_H_
+#define TCS_RECORD_PLAY_CLIP_H_
 
-#include "lookup/tc_range.h"
+#include "record/tc_range.h"
 #include "tcs_export.h"
 
 class CClip;
@@ -17,11 +17,16 @@ class TCS_EXPORT CPlayClip : public CTCRange {
   CPlayClip& operator=(const CPlayClip&) = default;
   ~CPlayClip() override = default;
 
-  // Plays `record` (non-null): takes its range and transition as they are,
-  // unclamped.
-  void Construct(CClip* record);
+  // Plays `record` (a non-null CClip*): takes its range and transition as
+  // they are, unclamped. A template only so that this header need not see the
+  // clip library's class: it is instantiated where CClip is complete.
+  template <class Record>
+  void Construct(Record* record) {
+    static_cast<CTCRange&>(*this) = static_cast<const CTCRange&>(*record);
+    clip = record;
+  }
 
   CClip* clip = nullptr;
 };
 
-#endif  // TCS_LOOKUP_PLAY_CLIP_H_
+#endif  // TCS_RECORD_PLAY_CLIP_H_

@@ -1,4 +1,4 @@
-#include "edl/effect_names.h"
+#include "record/effect_names.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 // Record timecode arithmetic: unsigned 32-bit frame counts, every sum and
 // difference modulo 2^32, every comparison unsigned. The length rule and the
 // two-point rule clamp ranges to the timeline; every edit applies them.
-#ifndef TCS_LOOKUP_TIMECODE_H_
-#define TCS_LOOKUP_TIMECODE_H_
+#ifndef TCS_RECORD_TIMECODE_H_
+#define TCS_RECORD_TIMECODE_H_
 
 #include <cstdint>
 
@@ -51,4 +51,4 @@ constexpr bool Contains(uint32_t start, uint32_t length, uint32_t t) {
 
 }  // namespace tcs
 
-#endif  // TCS_LOOKUP_TIMECODE_H_
+#endif  // TCS_RECORD_TIMECODE_H_

@@ -2,8 +2,8 @@
 // duration and text together.
 #include <cstring>
 
-#include "edl/effect_names.h"
-#include "lookup/tc_range.h"
+#include "record/effect_names.h"
+#include "record/tc_range.h"
 
 namespace {
 

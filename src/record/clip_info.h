@@ -3,8 +3,8 @@
 // translator: 80 bytes, 4-byte packing, so the four text pointers sit at
 // offsets that are not 8-byte aligned. Never take the address of a pointer
 // field: read and write them by value. Plain C.
-#ifndef TCS_LOOKUP_CLIP_INFO_H_
-#define TCS_LOOKUP_CLIP_INFO_H_
+#ifndef TCS_RECORD_CLIP_INFO_H_
+#define TCS_RECORD_CLIP_INFO_H_
 
 #include <stdint.h>
 
@@ -47,4 +47,4 @@ static_assert(offsetof(CLIPINFO, libTrailer) == 68);
 static_assert(std::is_standard_layout_v<CLIPINFO> && std::is_trivially_copyable_v<CLIPINFO>);
 #endif
 
-#endif  // TCS_LOOKUP_CLIP_INFO_H_
+#endif  // TCS_RECORD_CLIP_INFO_H_
