@@ -15,6 +15,9 @@
 #include "command/tcs_cmd.h"
 #include "command/command_api.h"
 #include "backup/backup_api.h"
+#include "record/edl_line.h"
+#include "platform/edl_translator.h"
+#include "edl/edl_api.h"
 
 #ifdef __cplusplus
 #include "lookup/lookup.h"
