@@ -82,7 +82,7 @@ void CTimeCodeSpace::CheckInvariants() const {
     const CTCLookup* lookup = lookups[channel];
     if (lookup == nullptr) continue;
     lookup->CheckInvariants();
-    for (const CPlayClip& pc : lookup->playClips) {
+    for (const auto& pc : *lookup) {
       if (pc.clip == nullptr) continue;
       if (listed.count(pc.clip) == 0) Broken("play clip's record is not listed");
       if (pc.clip->channel != channel) Broken("play clip's record names another channel");

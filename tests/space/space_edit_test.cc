@@ -22,7 +22,7 @@ std::vector<std::pair<uint32_t, uint32_t>> PlayClips(const CTimeCodeSpace& space
                                                      uint32_t channel) {
   std::vector<std::pair<uint32_t, uint32_t>> spans;
   if (const CTCLookup* lookup = space.lookups[channel]) {
-    for (const CPlayClip& pc : lookup->playClips) spans.emplace_back(pc.start, pc.length);
+    for (const auto& pc : *lookup) spans.emplace_back(pc.start, pc.length);
   }
   return spans;
 }
