@@ -5,19 +5,23 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <iterator>
 #include <map>
 #include <set>
 
+#include "lookup/invariant_broken.h"
 #include "platform/clip.h"
 #include "space/space.h"
 
 CTCLookup::CTCLookup(CTimeCodeSpace* owning_space) : space(owning_space) {}
 
 CTCLookup::~CTCLookup() {
-  // The space empties its lookups before deleting them, so its own teardown
-  // never gets here with play clips and never sleeps.
+  // Each removal runs the host's delete notification. The 1 ms pause after
+  // each (the last included) is kept because hosts see it: a lookup torn
+  // down on its own hands its records back at most one per millisecond,
+  // never in one burst of notifications. The space empties its lookups
+  // before deleting them, so its own teardown never gets here with play
+  // clips and never sleeps.
   for (const Node& pc : playClips) {
     space->__DelClipFromList(pc.clip);
     usleep(1000);
@@ -29,8 +33,6 @@ void CTCLookup::Clear() {
   for (const Node& pc : playClips) texts_.Release(pc.text);
   playClips.clear();
 }
-
-void CTCLookup::dbgDumpTree() const {}
 
 bool CTCLookup::Insert(const CPlayClip& pc) {
   return InsertNode({pc.start, pc.length, pc.effectCode, pc.effectDuration, pc.clip,
@@ -107,8 +109,9 @@ CTCLookup::Position CTCLookup::Refind(uint32_t start, const CClip* record) const
 namespace {
 
 [[noreturn]] void Broken(const char* what, uint32_t start) {
-  std::fprintf(stderr, "CTCLookup invariant broken at start %u: %s\n", start, what);
-  std::abort();
+  char where[64];
+  std::snprintf(where, sizeof where, "CTCLookup (play clip at %u)", start);
+  tcs::InvariantBroken(where, what);
 }
 
 }  // namespace
@@ -116,7 +119,14 @@ namespace {
 void CTCLookup::CheckInvariants() const {
   std::set<const CClip*> played;
   std::map<const tcs::PooledText*, uint32_t> holders;
-  for (const Node& pc : playClips) {
+  bool first = true;
+  uint32_t previous_start = 0;
+  for (const Node& pc : *this) {
+    if (!first && !(previous_start < pc.start)) {
+      Broken("starts not strictly increasing", pc.start);
+    }
+    first = false;
+    previous_start = pc.start;
     ++holders[pc.text];
     if (pc.clip == nullptr) continue;
     const CClip& record = *pc.clip;

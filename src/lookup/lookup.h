@@ -20,14 +20,15 @@
 // pass a neighbour (or land on its start) takes the node out and puts it
 // back. No 4 KB text is copied either way.
 //
-// Invariants (CheckInvariants(), run after every step in tests):
-//  (1) starts are unique (the tree's key);
+// Invariants (CheckInvariants(), run after every step in tests and fuzzing):
+//  (1) starts strictly increase in iteration order;
 //  (2) a play clip's start and length equal its record's range;
 //  (3) every record a play clip points to is on the owning space's list;
 //  (4) no record is played by two play clips;
 //  (5) each pooled text counts exactly the play clips that hold it.
-// The edits keep (2) to (4); (1) holds by construction: an insert whose start
-// is taken drops the newcomer without a report.
+// The edits keep (2) to (5); (1) holds by construction (an insert whose
+// start is taken drops the newcomer without a report) and by the in-place
+// rule above.
 #ifndef TCS_LOOKUP_LOOKUP_H_
 #define TCS_LOOKUP_LOOKUP_H_
 
@@ -108,7 +109,6 @@ class TCS_EXPORT CTCLookup {
   bool Insert(const CPlayClip& pc);
   // Frees every play clip; records stay on the list, nothing is reported.
   void Clear();
-  void dbgDumpTree() const;  // diagnostic hook: does nothing
 
   Position begin() const { return playClips.begin(); }
   Position end() const { return playClips.end(); }
