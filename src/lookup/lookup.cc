@@ -5,17 +5,21 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <set>
 
+#include "lookup/invariant_broken.h"
 #include "platform/clip.h"
 #include "space/space.h"
 
 CTCLookup::CTCLookup(CTimeCodeSpace* owning_space) : space(owning_space) {}
 
 CTCLookup::~CTCLookup() {
-  // The space empties its lookups before deleting them, so its own teardown
-  // never gets here with play clips and never sleeps.
+  // Each removal runs the host's delete notification. The 1 ms pause after
+  // each (the last included) is kept because hosts see it: a lookup torn
+  // down on its own hands its records back at most one per millisecond,
+  // never in one burst of notifications. The space empties its lookups
+  // before deleting them, so its own teardown never gets here with play
+  // clips and never sleeps.
   for (const CPlayClip& pc : playClips) {
     space->__DelClipFromList(pc.clip);
     usleep(1000);
@@ -24,8 +28,6 @@ CTCLookup::~CTCLookup() {
 }
 
 void CTCLookup::Clear() { playClips.clear(); }
-
-void CTCLookup::dbgDumpTree() const {}
 
 bool CTCLookup::Insert(const CPlayClip& pc) { return playClips.insert(pc).second; }
 
@@ -59,8 +61,9 @@ CTCLookup::Position CTCLookup::Refind(uint32_t start, const CClip* record) const
 namespace {
 
 [[noreturn]] void Broken(const char* what, uint32_t start) {
-  std::fprintf(stderr, "CTCLookup invariant broken at start %u: %s\n", start, what);
-  std::abort();
+  char where[64];
+  std::snprintf(where, sizeof where, "CTCLookup (play clip at %u)", start);
+  tcs::InvariantBroken(where, what);
 }
 
 }  // namespace

@@ -90,7 +90,6 @@ class TCS_EXPORT CTCLookup {
 
   // Frees every play clip; records stay on the list, nothing is reported.
   void Clear();
-  void dbgDumpTree() const;  // diagnostic hook: does nothing
 
   Position begin() const { return playClips.begin(); }
   Position end() const { return playClips.end(); }

@@ -1,19 +1,17 @@
 // CTCLookup::FindPlayClip: the play clip at a timecode or, in a gap, the
-// previous, the next or the nearest one, with one number about it.
-//
-// The mode word:
-//   mode & 0x70   result selector, applied to the chosen play clip k
-//   mode & 0x10F  gap policy, consulted only when no play clip contains t
-//   mode & 0x3    permits the nearest search
+// previous, the next or the nearest one, with one number about it. The mode
+// word's fields are in search_mode.h; the gap policy is consulted only when
+// no play clip contains t.
 #include "lookup/lookup.h"
+#include "lookup/search_mode.h"
 #include "record/timecode.h"
 #include "platform/clip.h"
 
 namespace {
 
-constexpr uint32_t kSelectorMask = 0x70;
-constexpr uint32_t kGapPolicyMask = 0x10F;
-constexpr uint32_t kNearestAllowedMask = 0x3;
+using tcs::kGapPolicyMask;
+using tcs::kNearestAllowedMask;
+using tcs::kSelectorMask;
 
 enum class GapPolicy { kNone, kPrevious, kNext, kNearest };
 

@@ -1,10 +1,9 @@
 // CTimeCodeSpace: construction, stamping, emptying and destruction.
 #include "space/space.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <set>
 
+#include "lookup/invariant_broken.h"
 #include "platform/vsync.h"
 #include "space/space_lock.h"
 
@@ -51,15 +50,12 @@ void CTimeCodeSpace::DestroyLookup() {
 }
 
 CTCLookup* CTimeCodeSpace::LookupOf(uint32_t channel) const {
-  return lookups[channel < kChannels ? channel : 0];
+  return lookups[ChannelOrZero(channel)];
 }
 
 namespace {
 
-[[noreturn]] void Broken(const char* what) {
-  std::fprintf(stderr, "CTimeCodeSpace invariant broken: %s\n", what);
-  std::abort();
-}
+[[noreturn]] void Broken(const char* what) { tcs::InvariantBroken("CTimeCodeSpace", what); }
 
 }  // namespace
 

@@ -68,6 +68,10 @@ class TCS_EXPORT CTimeCodeSpace {
 
   // Records the clock in both stamps and re-reads the file's modification time.
   void Stamp();
+  // A channel number of 96 or more given to a space operation means channel 0.
+  static constexpr uint32_t ChannelOrZero(uint32_t channel) {
+    return channel < kChannels ? channel : 0;
+  }
   // The lookup of a channel (96 and above: channel 0), or null.
   CTCLookup* LookupOf(uint32_t channel) const;
   // Aborts naming the first broken invariant of the list and every lookup.
