@@ -251,7 +251,8 @@ void EdlEventReader::OnNote(std::string_view body) {
       break;
     }
     case NoteLabel::kOther:
-      AppendComment(body);
+      // A bare '*' is a separator some tools draw, not a line of text.
+      if (!body.empty()) AppendComment(body);
       break;
     case NoteLabel::kOwnRate:
       break;

@@ -83,7 +83,7 @@ TEST(EdlReader, ReadsWhatOtherToolsWrite) {
       {0, 60, kHour + 300, kHour + 360, 0, 1, 0, 0, "AX", "slow.wav", "FROM CLIP: C:\\Media\\slow.wav",
        ""},
       {60, 90, kHour + 360, kHour + 390, 1, 2, 0, 12, "AX", "", "", "", EDLLINE_WIPE},
-      {0, 30, kHour + 390, kHour + 420, 1, 1, 2, 45, "R2", "", "a note of the editor\n", "",
+      {0, 30, kHour + 390, kHour + 420, 1, 1, 2, 45, "R2", "", "a note of the editor", "",
        EDLLINE_WIPE},
   };
   tcs_test::LogCapture log;
