@@ -28,7 +28,7 @@ Snapshot Take(const CTimeCodeSpace& space) {
   for (uint32_t channel = 0; channel < CTimeCodeSpace::kChannels; ++channel) {
     const CTCLookup* lookup = space.lookups[channel];
     if (lookup == nullptr) continue;
-    for (const CPlayClip& pc : *lookup) {
+    for (const auto& pc : *lookup) {
       shot.emplace_back(channel, pc.start, pc.length, pc.clip ? pc.clip->sourceIn : 0,
                         pc.clip && pc.clip->name ? pc.clip->name : "");
     }
