@@ -142,8 +142,10 @@ std::vector<Seen> Pull(CTimeCodeSpace* space, uint32_t first, size_t max) {
     line.extraText = keep[2];
     line.effectCode = line.lineFlags = 77;
     EXPECT_EQ(_tcsGetEdlLine(space, &line, 0, i == 0 ? first : 0), 0u);
-    EXPECT_EQ((std::tuple{line.clip.clipName, line.clip.comment, line.extraText}),
-              (std::tuple{clip_name, keep[0], keep[2]}));
+    using Pointers = std::array<const void*, 5>;  // copied out: the fields are unaligned
+    EXPECT_EQ((Pointers{line.clip.clipName, line.clip.name, line.clip.comment, line.clip.reel,
+                        line.extraText}),
+              (Pointers{clip_name, name, keep[0], keep[1], keep[2]}));
     EXPECT_EQ(std::string(keep[0]) + keep[1] + keep[2] + std::string(clip_name + 9, 7),
               "keepkeepkeepxxxxxxx");
     EXPECT_EQ(line.effectCode | line.lineFlags, 0u);
@@ -185,8 +187,9 @@ TEST(EdlLinePull, EveryPlayClipOnceAfterTheScansChoice) {
     std::vector<Seen> expected;
     for (uint32_t c = 0; c < 96; ++c) {
       for (const CPlayClip& pc : PlayClips(*space, c)) {
+        const char* name = pc.clip->name;  // by value: the field is unaligned
         expected.emplace_back(c, pc.start, pc.start + pc.length, pc.clip->sourceIn,
-                              pc.clip->sourceIn + pc.clip->length, pc.clip->name);
+                              pc.clip->sourceIn + pc.clip->length, name);
       }
     }
     std::sort(expected.begin(), expected.end(), ByStartThenChannel);
