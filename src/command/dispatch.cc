@@ -1,9 +1,9 @@
 // tcsSetMode's checks and its dispatch by command and sub-command.
 #include "command/dispatch.h"
 
-#include "backup/backup_api.h"
+#include "backup/backup_restore.h"
 #include "command/change_stamp.h"
-#include "command/command_api.h"
+#include "command/clip_walk.h"
 #include "command/edit_commands.h"
 #include "command/property_commands.h"
 #include "record/timecode.h"
@@ -23,7 +23,7 @@ bool IsIgnored(uint32_t command) {
 // (kNotFound) reads as `end_result`: "none" under a get, kNotFound under a set.
 uint32_t StepWalk(CTimeCodeSpace& space, TCSCMD& record, bool fresh_marks,
                   uint32_t end_result) {
-  const uint32_t start = tcsFindNextClip(&space, &record, fresh_marks ? 1 : 0, nullptr);
+  const uint32_t start = FindNextClip(space, record, fresh_marks, nullptr);
   return start == kNotFound ? end_result : start;
 }
 
@@ -39,7 +39,7 @@ uint32_t Get(CTimeCodeSpace& space, TCSCMD& record) {
     case TCSSUB_CHANGESTAMP:
       return PollChangeStamp(space, record);
     case TCSSUB_BACKUP:
-      return tcsGetNumberOfBackUpsAvailable(&space);
+      return CountBackups(space.fileName);
     default:
       return TCS_RESULT_NONE;
   }
@@ -59,7 +59,7 @@ uint32_t Set(CTimeCodeSpace& space, TCSCMD& record) {
     case TCSSUB_BACKUP:
       // `position` names the backup to restore and receives the result; the
       // restored file's name goes to the reply text.
-      record.position = tcsSetBackUpRestore(&space, record.position, TcsCmdReplyText(record));
+      record.position = RestoreBackup(space.fileName, record.position, TcsCmdReplyText(record));
       return record.position;
     default:
       return TCS_RESULT_NONE;

@@ -6,7 +6,8 @@
 #include <cstring>
 #include <string>
 
-#include "command/command_api.h"
+#include "command/clip_search.h"
+#include "lookup/search_mode.h"
 #include "platform/clip.h"
 #include "space/space.h"
 #include "space/space_lock.h"
@@ -14,8 +15,9 @@
 namespace tcs {
 namespace {
 
-// Search mode: the queried timecode itself when a clip covers it.
-constexpr uint32_t kCoverMode = 0x40;
+// Search mode: the queried timecode itself when a clip covers it; a gap
+// yields nothing.
+constexpr uint32_t kCoverMode = kSelectTimecode;
 constexpr uint32_t kPropertyChannel = 0;
 // What a reply sets in `flags`: the texts, and the points of an effect.
 constexpr uint32_t kTextReply = TCSF_TEXT;
@@ -42,7 +44,7 @@ std::string LongText(const TCSCMD& record) {
 // The clip record covering `position` on channel 0, or null; returns the
 // search's result. REQUIRES: the space's lock, held while clip is used.
 uint32_t FindPropertyClip(CTimeCodeSpace& space, const TCSCMD& record, CClip*& clip) {
-  return tcsFindClip(&space, kCoverMode, record.position, &clip, kPropertyChannel);
+  return FindClip(space, kCoverMode, record.position, clip, kPropertyChannel);
 }
 
 }  // namespace

@@ -1,19 +1,17 @@
 // CTCLookup::FindPlayClip: the play clip at a timecode or, in a gap, the
-// previous, the next or the nearest one, with one number about it.
-//
-// The mode word:
-//   mode & 0x70   result selector, applied to the chosen play clip k
-//   mode & 0x10F  gap policy, consulted only when no play clip contains t
-//   mode & 0x3    permits the nearest search
+// previous, the next or the nearest one, with one number about it. The mode
+// word's fields are in search_mode.h; the gap policy is consulted only when
+// no play clip contains t.
 #include "lookup/lookup.h"
+#include "lookup/search_mode.h"
 #include "record/timecode.h"
 #include "platform/clip.h"
 
 namespace {
 
-constexpr uint32_t kSelectorMask = 0x70;
-constexpr uint32_t kGapPolicyMask = 0x10F;
-constexpr uint32_t kNearestAllowedMask = 0x3;
+using tcs::kGapPolicyMask;
+using tcs::kNearestAllowedMask;
+using tcs::kSelectorMask;
 
 enum class GapPolicy { kNone, kPrevious, kNext, kNearest };
 
@@ -34,7 +32,7 @@ GapPolicy DecodeGapPolicy(uint32_t mode) {
   }
 }
 
-uint32_t SelectResult(uint32_t mode, uint32_t t, const CPlayClip& k) {
+uint32_t SelectResult(uint32_t mode, uint32_t t, const tcs::PlayClipNode& k) {
   switch (mode & kSelectorMask) {
     case 0x10:
       return k.start;
@@ -81,6 +79,6 @@ uint32_t CTCLookup::FindPlayClip(uint32_t mode, uint32_t t, CPlayClip& out) cons
     }
     if (chosen == end()) return tcs::kNotFound;
   }
-  out = *chosen;
+  chosen->CopyTo(out);
   return SelectResult(mode, t, *chosen);
 }

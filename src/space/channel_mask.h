@@ -9,7 +9,8 @@
 
 namespace tcs {
 
-inline constexpr uint32_t kAudioBase = 32;
+// Bit k of an audio mask names this channel plus k.
+inline constexpr uint32_t kFirstAudioChannel = 32;
 
 template <typename Fn>
 void ForEachMaskedChannel(uint32_t video_mask, uint32_t audio_mask, Fn&& fn) {
@@ -17,8 +18,8 @@ void ForEachMaskedChannel(uint32_t video_mask, uint32_t audio_mask, Fn&& fn) {
        c = findChannel(video_mask, &video_mask, 0)) {
     fn(c);
   }
-  for (uint32_t c = findChannel(audio_mask, &audio_mask, kAudioBase); c != 0xFFFFFFFFu;
-       c = findChannel(audio_mask, &audio_mask, kAudioBase)) {
+  for (uint32_t c = findChannel(audio_mask, &audio_mask, kFirstAudioChannel);
+       c != 0xFFFFFFFFu; c = findChannel(audio_mask, &audio_mask, kFirstAudioChannel)) {
     fn(c);
   }
 }

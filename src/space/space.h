@@ -68,10 +68,18 @@ class TCS_EXPORT CTimeCodeSpace {
 
   // Records the clock in both stamps and re-reads the file's modification time.
   void Stamp();
+  // A channel number of 96 or more given to a space operation means channel 0.
+  static constexpr uint32_t ChannelOrZero(uint32_t channel) {
+    return channel < kChannels ? channel : 0;
+  }
   // The lookup of a channel (96 and above: channel 0), or null.
   CTCLookup* LookupOf(uint32_t channel) const;
-  // Aborts naming the first broken invariant of the list and every lookup.
-  // For tests.
+  // Aborts naming the first broken invariant. Checks the whole state: the
+  // list linked both ways with matching ends and the same count each way,
+  // its records owned here and on channels below 96; every lookup's own
+  // invariants; every play clip's record listed, on the lookup's channel and
+  // played once; the current play clip's record, if any, listed, and set
+  // whenever clipActive is. Takes the lock. For tests and fuzzers.
   void CheckInvariants() const;
 
   // The clip list, in order of addition. Guarded by lock.
@@ -79,8 +87,8 @@ class TCS_EXPORT CTimeCodeSpace {
   CClip* lastClip = nullptr;
   // Channel lookups, created on first use, owned. Guarded by lock.
   CTCLookup* lookups[kChannels];
-  // The last clip search's result. Unlocked: the host serialises searches on
-  // a space with tcsGetCurClip/tcsSetCurClip.
+  // The last search's result. Guarded by lock. currentPlayClip.clip is null
+  // or a listed record: removing that record from the list clears both.
   uint8_t clipActive = 0;
   CPlayClip currentPlayClip;
   // The EDL line cursor (see edl/edl_line_cursor.h). Until a line has been

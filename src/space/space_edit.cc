@@ -7,14 +7,6 @@
 #include "space/status_log.h"
 #include "tcs_status.h"
 
-namespace {
-
-uint32_t ChannelOrZero(uint32_t channel) {
-  return channel < CTimeCodeSpace::kChannels ? channel : 0;
-}
-
-}  // namespace
-
 CClip* CTimeCodeSpace::AddClip(uint32_t x, CClip* record, uint32_t channel) {
   channel = ChannelOrZero(channel);
   Stamp();

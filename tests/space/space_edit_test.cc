@@ -17,15 +17,8 @@ using tcs_test::LogCapture;
 using tcs_test::MakeClip;
 using tcs_test::NotificationLog;
 
-// (start, length) of every play clip of a channel, in order.
-std::vector<std::pair<uint32_t, uint32_t>> PlayClips(const CTimeCodeSpace& space,
-                                                     uint32_t channel) {
-  std::vector<std::pair<uint32_t, uint32_t>> spans;
-  if (const CTCLookup* lookup = space.lookups[channel]) {
-    for (const CPlayClip& pc : lookup->playClips) spans.emplace_back(pc.start, pc.length);
-  }
-  return spans;
-}
+using tcs_test::PlaySpans;
+using Spans = std::vector<tcs_test::PlaySpan>;
 
 TEST(SpaceEdit, AddedRecordsAreCorrectedInPlace) {
   struct Row {
@@ -75,10 +68,10 @@ TEST(SpaceEdit, ModifyRangeRefusesEmptyReversedAndOverlongRangesWithoutStamping)
   }
   EXPECT_EQ(space->changeStamp.load(), 100u);
   EXPECT_EQ(log.Lines(), std::vector<std::string>(4, "TCSpace(0xA808F013)"));
-  EXPECT_EQ(PlayClips(*space, 0), (std::vector<std::pair<uint32_t, uint32_t>>{{0, 50}}));
+  EXPECT_EQ(PlaySpans(*space, 0), (Spans{{0, 50, 0}}));
   EXPECT_EQ(space->ModifyRange(0, 10692000, 1, 0, TCS_EDIT_DELETE), TCS_OK);
   EXPECT_EQ(space->changeStamp.load(), 200u);
-  EXPECT_TRUE(PlayClips(*space, 0).empty());
+  EXPECT_TRUE(PlaySpans(*space, 0).empty());
 }
 
 TEST(SpaceEdit, MasksNameVideoThenAudioChannels) {
@@ -88,12 +81,12 @@ TEST(SpaceEdit, MasksNameVideoThenAudioChannels) {
   }
   // Blank [0, 10) on video bit 0 and audio bit 0: channels 0 and 32 only.
   ASSERT_EQ(space->ModifyRange(0, 10, 0x1, 0x1, TCS_EDIT_BLANK), TCS_OK);
-  const std::vector<std::pair<uint32_t, uint32_t>> cut = {{10, 10}}, whole = {{0, 20}};
-  EXPECT_EQ(PlayClips(*space, 0), cut);
-  EXPECT_EQ(PlayClips(*space, 32), cut);
-  EXPECT_EQ(PlayClips(*space, 1), whole);
-  EXPECT_EQ(PlayClips(*space, 33), whole);
-  EXPECT_EQ(PlayClips(*space, 64), whole);
+  const Spans cut = {{10, 10, 10}}, whole = {{0, 20, 0}};
+  EXPECT_EQ(PlaySpans(*space, 0), cut);
+  EXPECT_EQ(PlaySpans(*space, 32), cut);
+  EXPECT_EQ(PlaySpans(*space, 1), whole);
+  EXPECT_EQ(PlaySpans(*space, 33), whole);
+  EXPECT_EQ(PlaySpans(*space, 64), whole);
   // A masked channel without a lookup is passed over.
   EXPECT_EQ(space->ModifyRange(0, 10, 0x80000000u, 0x80000000u, TCS_EDIT_BLANK), TCS_OK);
   EXPECT_EQ(space->lookups[31], nullptr);
@@ -135,11 +128,11 @@ TEST(SpaceEdit, DeleteClipBlanksOnlyItsRangeAndOnlyWithoutInsertOrBlankBits) {
   CClip* first = space->AddClip(0, MakeClip(0, 10).get(), 3);
   space->AddClip(0, MakeClip(10, 10).get(), 3);
   EXPECT_EQ(space->DeleteClip(first, TCS_EDIT_INSERT), TCS_OK);
-  EXPECT_EQ(PlayClips(*space, 3).size(), 2u);
+  EXPECT_EQ(PlaySpans(*space, 3).size(), 2u);
   EXPECT_EQ(space->DeleteClip(nullptr, 0), TCS_OK);
   // Ripple is never passed on: the gap stays.
   EXPECT_EQ(space->DeleteClip(first, TCS_EDIT_RIPPLE), TCS_OK);
-  EXPECT_EQ(PlayClips(*space, 3), (std::vector<std::pair<uint32_t, uint32_t>>{{10, 10}}));
+  EXPECT_EQ(PlaySpans(*space, 3), (Spans{{10, 10, 0}}));
   EXPECT_EQ(notes.deleted, std::vector<CClip*>{first});
   space->CheckInvariants();
 }
@@ -157,35 +150,38 @@ TEST(SpaceEdit, RebuildGivesBackThePlayClipsOfNonOverlappingRecords) {
         t += length + rng() % 3;  // sometimes adjacent, never overlapping
       }
     }
-    std::vector<std::vector<std::pair<uint32_t, uint32_t>>> before;
-    for (uint32_t c = 0; c < 96; ++c) before.push_back(PlayClips(*space, c));
+    std::vector<Spans> before;
+    for (uint32_t c = 0; c < 96; ++c) before.push_back(PlaySpans(*space, c));
     // A play clip taken out by RemoveClip comes back too: its record stayed.
     CPlayClip pc;
     ASSERT_NE(space->FindPlayClip(0x18, 0, pc, 40), tcs::kNotFound);
     ASSERT_EQ(space->RemoveClip(pc), &pc);
     space->DestroyLookup();
-    EXPECT_TRUE(PlayClips(*space, 5).empty());
+    EXPECT_TRUE(PlaySpans(*space, 5).empty());
     space->RebuildLookup();
-    for (uint32_t c = 0; c < 96; ++c) EXPECT_EQ(PlayClips(*space, c), before[c]) << c;
+    for (uint32_t c = 0; c < 96; ++c) EXPECT_EQ(PlaySpans(*space, c), before[c]) << c;
     space->CheckInvariants();
   }
 }
 
+// Replacing the current clip leaves its record listed without a play clip, so
+// the list can hold overlapping records of one channel; a rebuild replays
+// them in list order, the later over the earlier, and does not replay the
+// piece that this splits off.
 TEST(SpaceEdit, RebuildLaysALaterOverlappingRecordOverAnEarlierOne) {
   tcs_test::OpenedSpace space;
-  CClip* early = space->AddClip(0, MakeClip(0, 100, 500).get(), 0);
-  // Listed later but placed without cutting the earlier play clip: as a
-  // lookup of its own would, through a channel that is then moved.
-  CClip* late = space->AddClip(0, MakeClip(40, 20, 900).get(), 1);
-  late->channel = 0;
+  ASSERT_EQ(tcsAddClip(space.get(), MakeClip(0, 100, 500).get(), 0), TCS_OK);
+  CClip* early = nullptr;
+  ASSERT_EQ(tcsFindClip(space.get(), 0x10, 45, &early, 0), 0u);
+  ASSERT_EQ(tcsSetCurClip(space.get(), MakeClip(40, 20, 900).get()), TCS_OK);
+  ASSERT_EQ(tcsAddClip(space.get(), MakeClip(200, 10, 0).get(), 0), TCS_OK);
+  ASSERT_EQ(ListedClips(*space).size(), 3u);
   space->RebuildLookup();
-  EXPECT_EQ(PlayClips(*space, 0),
-            (std::vector<std::pair<uint32_t, uint32_t>>{{0, 40}, {40, 20}, {60, 40}}));
-  CPlayClip out;
-  EXPECT_EQ(space->FindPlayClip(0x70, 70, out, 0), 570u);  // the split-off piece
-  EXPECT_EQ(space->FindPlayClip(0x70, 45, out, 0), 905u);
+  EXPECT_EQ(PlaySpans(*space, 0),
+            (Spans{{0, 40, 500}, {40, 20, 900}, {60, 40, 560}, {200, 10, 0}}));
   EXPECT_EQ(early->length, 40u);
-  EXPECT_EQ(ListedClips(*space).size(), 3u);
+  EXPECT_EQ(ListedClips(*space).size(), 4u);
+  space->CheckInvariants();
 }
 
 TEST(SpaceEdit, TranslateFallsBackToTheSearchOnlyWithBitZero) {
@@ -223,7 +219,7 @@ TEST(SpaceEdit, CurrentClipNeedsASearchAndASoundReplacement) {
         std::tie(channel, out, start);
     EXPECT_EQ(tcsSetCurClip(space.get(), replacement.get()), TCS_ERR_BAD_ARGUMENTS);
   }
-  EXPECT_EQ(PlayClips(*space, 4), (std::vector<std::pair<uint32_t, uint32_t>>{{100, 50}}));
+  EXPECT_EQ(PlaySpans(*space, 4), (Spans{{100, 50, 300}}));
 
   // A refused replacement puts the current clip back as a further copy.
   std::tie(replacement->start, replacement->sourceOut) = std::tuple{100u, 510u};
@@ -233,7 +229,7 @@ TEST(SpaceEdit, CurrentClipNeedsASearchAndASoundReplacement) {
   int calls = 0;
   tcsSetAddCallback(space.get(), &calls, accept_second);
   EXPECT_EQ(tcsSetCurClip(space.get(), replacement.get()), TCS_ERR_ADD_REFUSED);
-  EXPECT_EQ(PlayClips(*space, 4), (std::vector<std::pair<uint32_t, uint32_t>>{{100, 50}}));
+  EXPECT_EQ(PlaySpans(*space, 4), (Spans{{100, 50, 300}}));
   EXPECT_EQ(ListedClips(*space).size(), 2u);
   EXPECT_EQ(ListedClips(*space).front(), current);
   EXPECT_EQ(log.Lines().back(), "TCSpace(0xA808F01A)");

@@ -1,0 +1,1 @@
+# CLI tests (filled in with the tool).

@@ -1,0 +1,43 @@
+/* A host in a few lines: open a space, listen to additions, lay two clips on
+   channel 0 through the command record, ask what plays at a timecode, close. */
+#include <stdio.h>
+#include <string.h>
+
+#include "tcs.h"
+
+/* The add notification: counts the clips and accepts each (answer 0). */
+static unsigned int on_add(void* added, CTimeCodeSpace* space, CClip* clip) {
+  (void)space, (void)clip;
+  return ++*(int*)added, 0;
+}
+
+/* Overwrites channel 0 from `at` with source frames [in, out) of `name`. */
+static void add_clip(CTimeCodeSpace* space, unsigned at, unsigned in, unsigned out,
+                     const char* name) {
+  static TCSCMD cmd;
+  memset(&cmd, 0, sizeof cmd);
+  cmd.type = TCSCMD_TYPE, cmd.size = sizeof cmd, cmd.command = TCSCMD_INSERT;
+  cmd.flags = TCSF_TEXT | TCSF_POS | TCSF_IN | TCSF_OUT, cmd.videoMask = 1;
+  cmd.position = at, cmd.inPoint = in, cmd.outPoint = out;
+  strncpy(cmd.longText, name, sizeof cmd.longText - 1);
+  tcsSetMode(space, &cmd);
+}
+
+/* HH:MM:SS:FF at 30 frames per second. */
+static const char* tc(unsigned f, char* s) {
+  sprintf(s, "%02u:%02u:%02u:%02u", f / 108000, f / 1800 % 60, f / 30 % 60, f % 30);
+  return s;
+}
+
+int main(void) {
+  int added = 0;
+  CClip* clip = NULL;
+  char a[16], b[16];
+  CTimeCodeSpace* space = tcsOpen(NULL, NULL, NULL);
+  tcsSetAddCallback(space, &added, on_add);
+  add_clip(space, 0, 1000, 1300, "opening");
+  add_clip(space, 300, 5000, 5600, "interview");
+  unsigned source = tcsTranslate(space, 0, 450, &clip, 0);
+  printf("%d clips; %s plays source %s\n", added, tc(450, a), tc(source, b));
+  return tcsClose(space) == TCS_OK ? 0 : 1;
+}
