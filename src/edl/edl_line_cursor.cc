@@ -82,29 +82,38 @@ uint32_t ScanChannels(CTimeCodeSpace& space, uint32_t t, uint32_t c0) {
   return chosen;
 }
 
+// The first play clip of `lookup` that starts at `t` or later (only later
+// when `strictly_after`). findle lies at or before the answer: it is the
+// greatest start up to t (clamped to the last start), or the first play clip.
+CTCLookup::Position FirstFrom(const CTCLookup& lookup, uint32_t t, bool strictly_after) {
+  CTCLookup::Position it = lookup.findle(t);
+  while (it != lookup.end() && (it->start < t || (strictly_after && it->start == t))) ++it;
+  return it;
+}
+
 // The play clip after `after` (null: from the top) in line order, passing
 // over `skip`, copied into the scratch play clip. False when none is left.
 bool NextInLineOrder(CTimeCodeSpace& space, const LineKey* after, LineKey skip,
                      uint32_t& channel) {
   SpaceLock hold(space);
-  const CPlayClip* best = nullptr;
+  const CTCLookup* best_lookup = nullptr;
+  CTCLookup::Position best;
   for (uint32_t c = 0; c < kChannels; ++c) {
     const CTCLookup* lookup = space.LookupOf(c);
     if (lookup == nullptr) continue;
-    const CTCLookup::PlayClipSet& clips = lookup->playClips;
     // Channels above the last line's continue at its start, the others after it.
-    auto it = after == nullptr        ? clips.begin()
-              : c > after->channel    ? clips.lower_bound(after->start)
-                                      : clips.upper_bound(after->start);
-    if (it != clips.end() && c == skip.channel && it->start == skip.start) ++it;
+    CTCLookup::Position it = after == nullptr ? lookup->begin()
+                                              : FirstFrom(*lookup, after->start, c <= after->channel);
+    if (it != lookup->end() && c == skip.channel && it->start == skip.start) ++it;
     // Strictly earlier only: on equal starts the lower channel, met first, stays.
-    if (it != clips.end() && (best == nullptr || it->start < best->start)) {
-      best = &*it;
+    if (it != lookup->end() && (best_lookup == nullptr || it->start < best->start)) {
+      best_lookup = lookup;
+      best = it;
       channel = c;
     }
   }
-  if (best == nullptr) return false;
-  space.currentPlayClip = *best;
+  if (best_lookup == nullptr) return false;
+  best->CopyTo(space.currentPlayClip);
   return true;
 }
 

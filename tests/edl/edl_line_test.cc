@@ -19,10 +19,14 @@ namespace {
 constexpr uint32_t kNoMore = 0x80000001u;
 
 uint32_t Draw(std::mt19937& rnd, uint32_t n) { return static_cast<uint32_t>(rnd() % n); }
-const CTCLookup::PlayClipSet& PlayClips(const CTimeCodeSpace& space, uint32_t channel) {
-  static const CTCLookup::PlayClipSet none;
-  const CTCLookup* lookup = space.LookupOf(channel);
-  return lookup != nullptr ? lookup->playClips : none;
+// A channel's play clips: start, length, record.
+std::vector<std::tuple<uint32_t, uint32_t, const CClip*>> PlayClips(const CTimeCodeSpace& space,
+                                                                    uint32_t channel) {
+  std::vector<std::tuple<uint32_t, uint32_t, const CClip*>> clips;
+  if (const CTCLookup* lookup = space.LookupOf(channel)) {
+    for (const auto& node : *lookup) clips.emplace_back(node.start, node.length, node.clip);
+  }
+  return clips;
 }
 bool HasBit(const uint32_t* masks, uint32_t c) { return (masks[c / 32] >> c % 32) & 1; }
 
@@ -54,10 +58,10 @@ TEST(EdlLineImport, OneCopyPerNamedChannelWithTheLinesMasksAndTag) {
     for (uint32_t i = 0; i < lines.size(); ++i) {
       if (c < 64 && HasBit(&lines[i].clip.videoMask, c)) expected.push_back(i);
     }
-    for (const CPlayClip& pc : PlayClips(*space, c)) {
-      const uint32_t i = pc.start / 1000;
+    for (const auto& [start, length, record] : PlayClips(*space, c)) {
+      const uint32_t i = start / 1000;
       got.push_back(i);
-      const CClip& r = *pc.clip;
+      const CClip& r = *record;
       EXPECT_EQ((std::tuple{r.length, r.videoMask, r.audioMask, r.hostTag}),
                 (std::tuple{100u, c < 32 ? lines[i].clip.videoMask : 0u, lines[i].clip.audioMask,
                             uint64_t{0xABC00 + i}}))
@@ -186,10 +190,10 @@ TEST(EdlLinePull, EveryPlayClipOnceAfterTheScansChoice) {
     }
     std::vector<Seen> expected;
     for (uint32_t c = 0; c < 96; ++c) {
-      for (const CPlayClip& pc : PlayClips(*space, c)) {
-        const char* name = pc.clip->name;  // by value: the field is unaligned
-        expected.emplace_back(c, pc.start, pc.start + pc.length, pc.clip->sourceIn,
-                              pc.clip->sourceIn + pc.clip->length, name);
+      for (const auto& [start, length, record] : PlayClips(*space, c)) {
+        const char* name = record->name;  // by value: the field is unaligned
+        expected.emplace_back(c, start, start + length, record->sourceIn,
+                              record->sourceIn + record->length, name);
       }
     }
     std::sort(expected.begin(), expected.end(), ByStartThenChannel);
