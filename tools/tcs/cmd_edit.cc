@@ -6,6 +6,8 @@
 //
 //   overwrite=CH,AT,IN,OUT,NAME  lay source IN..OUT of NAME over CH from AT
 //   insert=CH,AT,DURATION        open a gap of DURATION at AT; later clips move on
+//                                (the space moves them one frame past the range it
+//                                is given, so the range sent is DURATION - 1 long)
 //   blank=CH,FROM,TO             clear FROM..TO, leaving a gap
 //   delete=CH,FROM,TO            remove FROM..TO; later clips move back
 //   trim=CH,AT,IN,OUT            the clip that starts at AT plays source IN..OUT
@@ -68,16 +70,24 @@ TCSCMD NewRecord(uint32_t command, ChannelMasks masks) {
   return cmd;
 }
 
-// The play clip that starts exactly at `at` on every channel of `masks`: a
-// trim or move of anything else would do nothing, silently.
-void RequireClipStart(const Timeline& timeline, ChannelMasks masks, uint32_t at,
-                      const std::string& what) {
+// A trim or move needs a clip that starts exactly at `at` on every channel
+// of `masks`, and a ripple insert must not fall inside a clip: otherwise the
+// space would change nothing, silently.
+enum class AtRule { kClipStarts, kNotInsideClip };
+
+void RequireAt(const Timeline& timeline, ChannelMasks masks, uint32_t at, AtRule rule,
+               const std::string& what) {
   for (uint32_t c = 0; c < 64; ++c) {
     if (((c < 32 ? masks.video : masks.audio) >> (c % 32) & 1) == 0) continue;
     CClip* clip = nullptr;
     tcsTranslate(timeline.space(), 0, at, &clip, c);
-    if (clip == nullptr || clip->start != at) {
+    const bool starts = clip != nullptr && clip->start == at;
+    if (rule == AtRule::kClipStarts && !starts) {
       Fail(what + ": no clip starts at " + timeline.Tc(at) + " on " + ChannelName(c));
+    }
+    if (rule == AtRule::kNotInsideClip && clip != nullptr && !starts) {
+      Fail(what + ": " + timeline.Tc(at) + " lies inside a clip on " + ChannelName(c) +
+           " (" + (clip->name != nullptr ? clip->name : "") + "); insert at a cut");
     }
   }
 }
@@ -107,7 +117,10 @@ TCSCMD Build(const Timeline& timeline, const std::string& text, const std::strin
     TCSCMD cmd = NewRecord(TCSCMD_INSERT, MasksArg(op.fields[0], what));
     cmd.flags = TCSF_MARKS | TCSF_RIPPLE;
     cmd.inPoint = cmd.position = time(1);
-    cmd.outPoint = cmd.inPoint + time(2);
+    const uint32_t duration = time(2);
+    if (duration < 2) UsageFail(what + ": a gap is at least 2 frames long");
+    cmd.outPoint = cmd.inPoint + duration - 1;
+    RequireAt(timeline, {cmd.videoMask, cmd.audioMask}, cmd.position, AtRule::kNotInsideClip, what);
     return cmd;
   }
   if (op.kind == "blank" || op.kind == "delete") {
@@ -133,7 +146,7 @@ TCSCMD Build(const Timeline& timeline, const std::string& text, const std::strin
     } else {
       cmd.flags = TCSF_POS | TCSF_AT;
     }
-    RequireClipStart(timeline, {cmd.videoMask, cmd.audioMask}, cmd.position, what);
+    RequireAt(timeline, {cmd.videoMask, cmd.audioMask}, cmd.position, AtRule::kClipStarts, what);
     return cmd;
   }
   UsageFail(what + ": unknown operation '" + op.kind +

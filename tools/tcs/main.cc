@@ -35,7 +35,7 @@ const std::vector<Command>& Commands() {
        "Applies each OP in turn, then writes OUT.edl (only when every OP succeeds).\n"
        "CH is a channel (V1..V32, A1..A32 or 0..63), several joined by '+'.\n\n"
        "  overwrite=CH,AT,IN,OUT,NAME  lay source IN..OUT of NAME over CH from AT\n"
-       "  insert=CH,AT,DURATION        open a gap of DURATION at AT; later clips move on\n"
+       "  insert=CH,AT,DURATION        open a gap of DURATION at a cut; later clips move on\n"
        "  blank=CH,FROM,TO             clear FROM..TO, leaving a gap\n"
        "  delete=CH,FROM,TO            remove FROM..TO; later clips move back\n"
        "  trim=CH,AT,IN,OUT            the clip that starts at AT plays source IN..OUT\n"

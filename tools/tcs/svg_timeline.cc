@@ -99,7 +99,7 @@ std::string TimelineSvg(const std::vector<ChannelView>& channels, FrameRate rate
       << "<title>" << Escape(title) << "</title>\n"
       << "<style>.clip{stroke:#1d2733;stroke-width:0.6}.v{fill:#8fb8de}.a{fill:#9fd3a8}"
          ".x{fill:#d0c4e4}.transition{fill:#e4572e;fill-opacity:0.85}.tick{stroke:#9aa5b1;"
-         "stroke-width:0.6}.lane{fill:#f4f6f8}</style>\n"
+         "stroke-width:0.6}.band{fill:#f4f6f8}text{fill:#1d2733}</style>\n"
       << "<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n";
 
   svg << "<g class=\"ruler\">\n";
@@ -118,7 +118,7 @@ std::string TimelineSvg(const std::vector<ChannelView>& channels, FrameRate rate
     const double y = lanesTop + lane * (kLaneHeight + kLaneGap);
     const char* kind = channel.channel < 32 ? "v" : channel.channel < 64 ? "a" : "x";
     svg << "<g class=\"lane\" id=\"" << ChannelName(channel.channel) << "\">\n"
-        << "<rect class=\"lane\" x=\"" << Num(kMargin + kLabelWidth) << "\" y=\"" << Num(y)
+        << "<rect class=\"band\" x=\"" << Num(kMargin + kLabelWidth) << "\" y=\"" << Num(y)
         << "\" width=\"" << Num(width) << "\" height=\"" << Num(kLaneHeight) << "\"/>"
         << "<text x=\"" << Num(kMargin) << "\" y=\"" << Num(y + kLaneHeight / 2 + 4)
         << "\" font-weight=\"bold\">" << ChannelName(channel.channel) << "</text>\n";
@@ -132,15 +132,17 @@ std::string TimelineSvg(const std::vector<ChannelView>& channels, FrameRate rate
           << Escape(TransitionText(clip)) << "</title>"
           << "<rect class=\"clip " << kind << "\" x=\"" << Num(cx) << "\" y=\"" << Num(y + 2)
           << "\" width=\"" << Num(cw) << "\" height=\"" << Num(kLaneHeight - 4) << "\"/>";
+      double labelX = cx + 4;
       if (!clip.transition.empty()) {
         const double tw = std::clamp(clip.transitionFrames * scale, 4.0, cw);
+        labelX += tw;
         svg << "<path class=\"transition\" d=\"M" << Num(cx) << ' ' << Num(y + 2) << " L"
             << Num(cx + tw) << ' ' << Num(y + kLaneHeight / 2) << " L" << Num(cx) << ' '
             << Num(y + kLaneHeight - 2) << " Z\"/>";
       }
-      const std::string label = FitLabel(clip.name, cw);
+      const std::string label = FitLabel(clip.name, cx + cw - labelX + 4);
       if (!label.empty()) {
-        svg << "<text x=\"" << Num(cx + 4) << "\" y=\"" << Num(y + kLaneHeight / 2 + 4) << "\">"
+        svg << "<text x=\"" << Num(labelX) << "\" y=\"" << Num(y + kLaneHeight / 2 + 4) << "\">"
             << Escape(label) << "</text>";
       }
       svg << "</g>\n";

@@ -11,8 +11,12 @@
 #include <cstring>
 #include <fstream>
 #include <regex>
+#include <set>
+#include <tuple>
 
+#include "channels.h"
 #include "cli.h"
+#include "clips.h"
 
 namespace tcs::cli {
 namespace {
@@ -146,12 +150,67 @@ unsigned int Timeline::OnAdd(void* self, CTimeCodeSpace*, CClip*) {
   return 0;  // accept every clip
 }
 
+namespace {
+
+unsigned int Accept(void*, CTimeCodeSpace*, CClip*) { return 0; }
+
+// Reads the EDL just written back into a space of its own and fails, naming
+// the first of them, when a clip of `space` did not come back: the export
+// covers only the channels its event walk visits, and the walk can pass over
+// a clip, so what is written is checked rather than trusted.
+void CheckNothingLost(CTimeCodeSpace* space, const std::string& written,
+                      const EDLSETTINGS& settings, const std::string& out, FrameRate rate) {
+  CTimeCodeSpace* reread = tcsOpen(nullptr, nullptr, nullptr);
+  if (reread == nullptr) Fail(out + " not written: no space to check it in");
+  tcsSetAddCallback(reread, nullptr, &Accept);
+  uint32_t status;
+  {
+    ErrorLogCapture capture;
+    status = edlReadFile(reread, written.c_str(), &settings);
+  }
+  using Key = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t, uint32_t, std::string>;
+  std::multiset<Key> back;
+  for (const ChannelView& channel : ChannelsOf(reread)) {
+    for (const ClipView& c : channel.clips) {
+      back.insert({c.channel, c.recordIn, c.recordOut, c.sourceIn, c.sourceOut, c.name});
+    }
+  }
+  tcsClose(reread);
+  if (status != 0) Fail(out + " not written: the EDL written cannot be read back");
+  std::vector<const ClipView*> lost;
+  const std::vector<ChannelView> channels = ChannelsOf(space);
+  for (const ChannelView& channel : channels) {
+    for (const ClipView& c : channel.clips) {
+      const auto found = back.find({c.channel, c.recordIn, c.recordOut, c.sourceIn, c.sourceOut, c.name});
+      if (found == back.end()) {
+        lost.push_back(&c);
+      } else {
+        back.erase(found);
+      }
+    }
+  }
+  if (lost.empty()) return;
+  const ClipView& first = *lost.front();
+  Fail(out + " not written: the EDL would lose " + std::to_string(lost.size()) +
+       (lost.size() == 1 ? " clip" : " clips") + ", the first " + ChannelName(first.channel) +
+       " " + FormatTimecode(first.recordIn, rate) + "-" + FormatTimecode(first.recordOut, rate) +
+       " " + first.name + " (the export writes V1..V4 and A1..A16, event by event)");
+}
+
+}  // namespace
+
 void Timeline::WriteEdl(const std::string& out) const {
   EDLSETTINGS settings;
   edlInitSettings(&settings, rate_.fps, rate_.dropFrame ? 1 : 0);
   WriteAtomically(out, [&](const std::string& temporary) {
-    ErrorLogCapture capture;
-    return tcsWriteEdl(space_, temporary.c_str(), 0, &settings) == 0 && capture.lines().empty();
+    {
+      ErrorLogCapture capture;
+      if (tcsWriteEdl(space_, temporary.c_str(), 0, &settings) != 0 || !capture.lines().empty()) {
+        return false;
+      }
+    }
+    CheckNothingLost(space_, temporary, settings, out, rate_);
+    return true;
   });
 }
 
