@@ -5,12 +5,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
-#include <regex>
 #include <set>
 #include <tuple>
 
@@ -61,12 +62,18 @@ std::string ReadFailure(const std::vector<std::string>& log, const std::string& 
       break;
     }
   }
-  static const std::regex kNamed(R"(^\w+\((.*)\)(:| line \d+:) (.*)$)");
-  std::smatch match;
-  if (std::regex_match(message, match, kNamed)) {
-    std::string where = match[2].str();
-    if (where != ":") where = ":" + where.substr(0, where.size() - 1) + ":";
-    message = match[1].str() + where + " " + match[3].str();
+  const size_t open = message.find('(');
+  const bool named = open != std::string::npos && open > 0 &&
+                     std::all_of(message.begin(), message.begin() + open, [](char c) {
+                       return std::isalnum(static_cast<unsigned char>(c)) || c == '_';
+                     });
+  if (named) {
+    size_t close = message.find(") line ", open);
+    if (close == std::string::npos) close = message.find("): ", open);
+    if (close != std::string::npos) {
+      message = message.substr(open + 1, close - open - 1) + ": " +
+                message.substr(close + (message[close + 1] == ':' ? 3 : 2));
+    }
   }
   if (message.empty()) {
     char code[32];
