@@ -2,11 +2,13 @@
 
 #include "record/timecode.h"
 #include "space/space.h"
+#include "space/space_lock.h"
 
 namespace tcs {
 
 uint32_t FindClip(CTimeCodeSpace& space, uint32_t mode, uint32_t timecode, CClip*& found,
                   uint32_t channel) {
+  SpaceLock guard(space);  // the scratch play clip and the flag are the space's
   uint32_t result = space.FindPlayClip(mode, timecode, space.currentPlayClip, channel);
   if ((mode & kSearchRetryFromStart) != 0 && result == kNotFound) {
     result = space.FindPlayClip(mode, 0, space.currentPlayClip, channel);

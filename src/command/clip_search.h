@@ -2,9 +2,9 @@
 // record timecode. The space's scratch play clip (currentPlayClip) receives
 // what was found, and clipActive says whether it names a record.
 //
-// Thread safety: the query itself runs under the space's lock; the scratch
-// play clip and clipActive are written outside it, so the host searches one
-// space from one thread at a time.
+// Thread safety: the query and the writes of the scratch play clip and
+// clipActive run under the space's lock. The record handed back stays valid
+// only while the caller holds that lock or no other thread edits the space.
 #ifndef TCS_COMMAND_CLIP_SEARCH_H_
 #define TCS_COMMAND_CLIP_SEARCH_H_
 

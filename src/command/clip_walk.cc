@@ -216,6 +216,9 @@ uint32_t EndWalk(TCSCMD& record) {
 }
 
 uint32_t FindNextClip(CTimeCodeSpace& space, TCSCMD& record, bool fresh_marks, CClip* clip) {
+  // The sweeps keep record pointers between channel queries and the event
+  // pass reads them: another thread's edit in between would free them.
+  SpaceLock hold(space);
   WalkSetUp walk = SetUpWalk(record);
   WalkChoice choice = Sweep(space, walk);
   if (choice.best >= walk.restart_at) {

@@ -7,10 +7,9 @@
 // the caller's TCSCMD (position, inPoint, outPoint, the channel marks in
 // videoMask/audioMask). A record with position 0xFFFFFFFF has ended.
 //
-// Thread safety: takes no lock of its own; each channel query takes the
-// space's lock through the clip search, whose scratch play clip is written
-// outside it. The host serialises walks and searches on one space; the
-// record belongs to the caller.
+// Thread safety: FindNextClip holds the space's (recursive) lock for the
+// whole step, so edits from other threads fall between steps, never inside
+// one. The record belongs to the caller.
 //
 // Every searched channel holds at most one clip per start, so a channel is
 // reported at most once at a cursor position; a channel marked on entry is

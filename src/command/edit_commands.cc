@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <string>
 
 #include "lookup/lookup.h"
 #include "record/timecode.h"
@@ -41,12 +42,22 @@ struct EditFlags {
 };
 static_assert(TCSF_RIPPLE == TCS_EDIT_RIPPLE);
 
-// A command's arguments, all read from the working copy.
+// A command's arguments. Every field comes from the working copy `w`, except
+// the two reads the insert makes of the host's own record (`host`): the first
+// byte of longText, which picks the clip form, and the comment text.
 struct Edit {
+  const TCSCMD& host;
   const TCSCMD& w;
   EditFlags flags;
   uint32_t in, out, video_mask, audio_mask;
 };
+
+// The host's text as the comment: up to its zero, and never past the end of
+// the 4188-byte record, should the host leave both texts unended.
+std::string HostComment(const TCSCMD& host) {
+  const char* text = host.text;
+  return std::string(text, strnlen(text, TCSCMD_SIZE - TCSCMD_TEXT_OFFSET));
+}
 
 uint32_t Refuse() { return LogStatus(TCS_ERR_BAD_ARGUMENTS); }
 
@@ -78,7 +89,7 @@ uint32_t InsertClip(CTimeCodeSpace& space, const Edit& e) {
   clip.SetName(e.w.longText);
   clip.videoMask = e.video_mask;
   clip.audioMask = e.audio_mask;
-  if (e.w.text[0] != '\0') clip.SetComment(e.w.text);
+  if (e.host.text[0] != '\0') clip.SetComment(HostComment(e.host).c_str());
   // Refused files (no add notification) are the space's to log.
   space.InsertFile(0, &clip);
   return TCS_OK;
@@ -89,7 +100,7 @@ uint32_t InsertClip(CTimeCodeSpace& space, const Edit& e) {
 //   ripple      | A |  B  |   ->   | A | ....... |  B  |   B moves out - in + 1 later
 //   no ripple   | A    B  |   ->   | A | .. |  B  |       [in, out) blanked
 uint32_t Insert(CTimeCodeSpace& space, const Edit& e) {
-  if (e.flags.text && e.w.longText[0] != '\0') return InsertClip(space, e);
+  if (e.flags.text && e.host.longText[0] != '\0') return InsertClip(space, e);
   if (!e.flags.all_marks) return Refuse();
   space.ModifyRange(e.in, e.out, e.video_mask, e.audio_mask, e.flags.ripple | TCS_EDIT_INSERT);
   return TCS_OK;
@@ -156,18 +167,19 @@ uint32_t DeclaredSize(TCSCMD& record) {
 }  // namespace
 
 uint32_t RunEditCommand(CTimeCodeSpace& space, TCSCMD& record) {
-  // The working copy holds the declared bytes and zeros past them. Every
-  // field is read from it, also the two texts (the first byte of longText
-  // and the comment text), so nothing past `size` in the host's record is
-  // ever read: longText counts as empty unless size >= 86, and text unless
-  // size >= 77. Below offset 76 an undeclared field reads as 0.
+  // The working copy holds the declared bytes and zeros past them, so an
+  // undeclared field reads as 0 (an undeclared longText as empty). `size`
+  // says how much of the fixed 4188-byte record the host filled in, not how
+  // much it owns: the insert's two host reads (the first byte of longText,
+  // and text for the comment) are made in the host's record whatever `size`
+  // says, everything else in the copy.
   TCSCMD w{};
   std::memcpy(&w, &record, DeclaredSize(record));
   // A longText that runs to the record's end without its zero ends one
   // character short of it, inside the copy.
   w.longText[sizeof w.longText - 1] = '\0';
 
-  const Edit e{w, EditFlags(w.flags), w.inPoint, w.outPoint, w.videoMask, w.audioMask};
+  const Edit e{record, w, EditFlags(w.flags), w.inPoint, w.outPoint, w.videoMask, w.audioMask};
   switch (w.command) {
     case TCSCMD_INSERT:
       return Insert(space, e);

@@ -1,8 +1,10 @@
 // The edit path of tcsSetMode: turns an edit command of the host's record
 // into one edit of the space (InsertFile, ModifyRange or TrimRange).
 //
-// Reads only the bytes the host declared in `size`; writes nothing into the
-// host's record except `size` when it is 0. Takes no lock of its own: the
+// Reads the record's fields from a copy of the bytes the host declared in
+// `size`, except two reads of the host's record itself: the first byte of
+// longText and the comment text of an inserted clip. The record must be a
+// full 4188 bytes. Writes nothing into it except `size` when it is 0. Takes no lock of its own: the
 // space operation it calls takes the space's lock for its own duration.
 #ifndef TCS_COMMAND_EDIT_COMMANDS_H_
 #define TCS_COMMAND_EDIT_COMMANDS_H_

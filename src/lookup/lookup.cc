@@ -70,7 +70,14 @@ namespace {
 
 void CTCLookup::CheckInvariants() const {
   std::set<const CClip*> played;
-  for (const CPlayClip& pc : playClips) {
+  bool first = true;
+  uint32_t previous_start = 0;
+  for (const CPlayClip& pc : *this) {
+    if (!first && !(previous_start < pc.start)) {
+      Broken("starts not strictly increasing", pc.start);
+    }
+    first = false;
+    previous_start = pc.start;
     if (pc.clip == nullptr) continue;
     const CClip& record = *pc.clip;
     if (record.start != pc.start || record.length != pc.length) {

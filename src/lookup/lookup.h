@@ -11,8 +11,8 @@
 //
 // CAVEATS: every edit invalidates Positions.
 //
-// Invariants (CheckInvariants(), run after every step in tests):
-//  (1) starts are unique (the tree's key);
+// Invariants (CheckInvariants(), run after every step in tests and fuzzing):
+//  (1) starts strictly increase in iteration order;
 //  (2) a play clip's start and length equal its record's range;
 //  (3) every record a play clip points to is on the owning space's list;
 //  (4) no record is played by two play clips.

@@ -39,6 +39,12 @@ void CTimeCodeSpace::__DelClipFromList(CClip* clip) {
   clip->owner = nullptr;
   clip->next = nullptr;
   clip->prev = nullptr;
+  // The last search's result must not outlive its record: the current clip
+  // is gone with it, and tcsGetCurClip/tcsSetCurClip then say so.
+  if (currentPlayClip.clip == clip) {
+    currentPlayClip = CPlayClip();
+    clipActive = 0;
+  }
   // Deleted whatever the host does: a throwing notification is caught inside.
   std::unique_ptr<CClip> doomed(clip);
   DelClipCallback(clip);

@@ -3,6 +3,7 @@
 #include "record/timecode.h"
 #include "platform/clip.h"
 #include "space/space.h"
+#include "space/space_lock.h"
 #include "space/status_log.h"
 #include "tcs_status.h"
 
@@ -25,6 +26,9 @@ void CorrectAddedClip(CClip& record) {
 }
 
 uint32_t SetCurrentClip(CTimeCodeSpace& space, CClip& replacement) {
+  // Held across the exchange so that no other thread's edit can take the
+  // current record away between the steps.
+  SpaceLock guard(space);
   if (space.clipActive == 0 || space.currentPlayClip.clip == nullptr) {
     return LogStatus(TCS_ERR_NO_CURRENT_CLIP);
   }
@@ -34,18 +38,20 @@ uint32_t SetCurrentClip(CTimeCodeSpace& space, CClip& replacement) {
       replacement.channel != current->channel) {
     return LogStatus(TCS_ERR_BAD_ARGUMENTS);
   }
-  // Not atomic: each step takes the lock on its own. The current record stays
-  // listed (without a play clip) and currentPlayClip still names it.
+  // The current record stays listed (without a play clip) and
+  // currentPlayClip still names it.
   space.RemoveClip(space.currentPlayClip);
   if (space.AddClip(0, &replacement, replacement.channel) == nullptr) {
-    // Put the current clip back, as a further listed copy of its record.
-    space.AddClip(0, current, current->channel);
+    // Put the current clip back, as a further listed copy of its record,
+    // unless a notification re-entering the space has deleted it meanwhile.
+    if (space.currentPlayClip.clip == current) space.AddClip(0, current, current->channel);
     return LogStatus(TCS_ERR_ADD_REFUSED);
   }
   return TCS_OK;
 }
 
 uint32_t GetCurrentClip(CTimeCodeSpace& space, CClip& out) {
+  SpaceLock guard(space);
   if (space.clipActive == 0 || space.currentPlayClip.clip == nullptr) {
     return LogStatus(TCS_ERR_NO_CURRENT_CLIP);
   }

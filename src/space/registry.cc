@@ -1,7 +1,11 @@
+// The registry of open spaces. The list itself is the exported dlTCS; the
+// lock that guards it is this file's own and is not exported.
 #include "space/registry.h"
 
 #include <cstring>
 #include <memory>
+#include <mutex>
+#include <shared_mutex>
 
 #include "space/space.h"
 #include "space/space_api.h"
@@ -15,8 +19,18 @@ QVLIST dlTCS = {};
 namespace tcs {
 namespace {
 
+// Guards dlTCS and every entry's refCount. Handle checks share it; opening
+// and closing take it alone. Never held while a space is built, emptied or
+// deleted, so a host notification that re-enters the library (a delete
+// notification running inside a close, say) cannot deadlock on it.
+std::shared_mutex& RegistryMutex() {
+  static std::shared_mutex mutex;  // built on first use: safe from static init order
+  return mutex;
+}
+
 SpaceEntry* EntryOf(QVLISTNODE* node) { return reinterpret_cast<SpaceEntry*>(node); }
 
+// REQUIRES: RegistryMutex() held, shared or alone.
 SpaceEntry* FindEntry(const CTimeCodeSpace* handle) {
   if (handle == nullptr) return nullptr;
   for (QVLISTNODE* node = ListHead(&dlTCS); node != nullptr; node = ListNext(node)) {
@@ -28,9 +42,12 @@ SpaceEntry* FindEntry(const CTimeCodeSpace* handle) {
 }  // namespace
 
 CTimeCodeSpace* OpenSpace(CTimeCodeSpace* handle, const char* path) {
-  if (SpaceEntry* entry = FindEntry(handle)) {
-    ++entry->refCount;
-    return handle;
+  {
+    std::unique_lock lock(RegistryMutex());
+    if (SpaceEntry* entry = FindEntry(handle)) {
+      ++entry->refCount;
+      return handle;
+    }
   }
   // A path that does not fit would bind the space to a cut name: a different
   // file, whose backups a restore would then overwrite. Refuse instead.
@@ -50,25 +67,37 @@ CTimeCodeSpace* OpenSpace(CTimeCodeSpace* handle, const char* path) {
   space->clipActive = 0;
   CTimeCodeSpace* opened = space.release();
   entry->space = opened;
+  std::unique_lock lock(RegistryMutex());
   ListAddTail(&dlTCS, &entry.release()->link);
   return opened;
 }
 
 uint32_t CloseSpace(CTimeCodeSpace* handle) {
-  if (dlTCS.count == 0) return TCS_OK;
-  SpaceEntry* entry = FindEntry(handle);
-  if (entry == nullptr) return LogStatus(TCS_ERR_BAD_HANDLE);
-  if (entry->refCount > 1) {
-    --entry->refCount;
-    return TCS_OK;
+  std::unique_ptr<SpaceEntry> doomed;
+  {
+    std::unique_lock lock(RegistryMutex());
+    if (dlTCS.count == 0) return TCS_OK;
+    SpaceEntry* entry = FindEntry(handle);
+    if (entry == nullptr) {
+      lock.unlock();
+      return LogStatus(TCS_ERR_BAD_HANDLE);
+    }
+    if (entry->refCount > 1) {
+      --entry->refCount;
+      return TCS_OK;
+    }
+    ListRemove(&dlTCS, &entry->link);
+    doomed.reset(entry);
   }
-  ListRemove(&dlTCS, &entry->link);
-  std::unique_ptr<SpaceEntry> doomed(entry);
-  std::unique_ptr<CTimeCodeSpace> space(entry->space);
+  // Unlisted: no other thread can reach the space through the registry now.
+  std::unique_ptr<CTimeCodeSpace> space(doomed->space);
   space->Destroy();
   return TCS_OK;
 }
 
-bool IsOpenSpace(const CTimeCodeSpace* handle) { return FindEntry(handle) != nullptr; }
+bool IsOpenSpace(const CTimeCodeSpace* handle) {
+  std::shared_lock lock(RegistryMutex());
+  return FindEntry(handle) != nullptr;
+}
 
 }  // namespace tcs

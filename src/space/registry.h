@@ -1,9 +1,11 @@
 // The registry of open spaces (dlTCS): one entry per space, owning it, with
 // the number of opens not yet matched by a close.
 //
-// Thread safety: none. The host serialises tcsOpen and tcsClose with each
-// other and with every other call on the space concerned; lookups of a handle
-// from other entry points only read.
+// Thread safety: the functions below may be called from any thread at any
+// time. A lock of the registry's own (not exported) lets handle checks run
+// together and makes opening and closing exclusive. The host still
+// serialises tcsClose of a space with the other calls on that space: a
+// handle that passed the check stays valid only until its last close.
 #ifndef TCS_SPACE_REGISTRY_H_
 #define TCS_SPACE_REGISTRY_H_
 

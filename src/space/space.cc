@@ -73,16 +73,33 @@ void CTimeCodeSpace::CheckInvariants() const {
     prev = c;
   }
   if (prev != lastClip) Broken("lastClip is not the list's last record");
+  // Walked back from lastClip, the list must give the same records.
+  size_t backwards = 0;
+  for (const CClip* c = lastClip; c != nullptr; c = c->prev) {
+    if (++backwards > listed.size() || listed.count(c) == 0) {
+      Broken("walking back from lastClip leaves the list");
+    }
+    if (c->prev == nullptr && c != firstClip) Broken("walking back ends before firstClip");
+  }
+  if (backwards != listed.size()) Broken("the list counts differently each way");
   std::set<const CClip*> played;
   for (uint32_t channel = 0; channel < kChannels; ++channel) {
     const CTCLookup* lookup = lookups[channel];
     if (lookup == nullptr) continue;
+    if (lookup->Space() != this) Broken("lookup belongs to another space");
     lookup->CheckInvariants();
-    for (const CPlayClip& pc : lookup->playClips) {
+    for (const CPlayClip& pc : *lookup) {
       if (pc.clip == nullptr) continue;
       if (listed.count(pc.clip) == 0) Broken("play clip's record is not listed");
       if (pc.clip->channel != channel) Broken("play clip's record names another channel");
       if (!played.insert(pc.clip).second) Broken("record played on two channels");
     }
+  }
+  // The current clip never outlives its record.
+  if (currentPlayClip.clip != nullptr && listed.count(currentPlayClip.clip) == 0) {
+    Broken("current play clip names a record that is not listed");
+  }
+  if (clipActive != 0 && currentPlayClip.clip == nullptr) {
+    Broken("clipActive set without a current record");
   }
 }

@@ -74,8 +74,12 @@ class TCS_EXPORT CTimeCodeSpace {
   }
   // The lookup of a channel (96 and above: channel 0), or null.
   CTCLookup* LookupOf(uint32_t channel) const;
-  // Aborts naming the first broken invariant of the list and every lookup.
-  // For tests.
+  // Aborts naming the first broken invariant. Checks the whole state: the
+  // list linked both ways with matching ends and the same count each way,
+  // its records owned here and on channels below 96; every lookup's own
+  // invariants; every play clip's record listed, on the lookup's channel and
+  // played once; the current play clip's record, if any, listed, and set
+  // whenever clipActive is. Takes the lock. For tests and fuzzers.
   void CheckInvariants() const;
 
   // The clip list, in order of addition. Guarded by lock.
@@ -83,8 +87,8 @@ class TCS_EXPORT CTimeCodeSpace {
   CClip* lastClip = nullptr;
   // Channel lookups, created on first use, owned. Guarded by lock.
   CTCLookup* lookups[kChannels];
-  // The last clip search's result. Unlocked: the host serialises searches on
-  // a space with tcsGetCurClip/tcsSetCurClip.
+  // The last search's result. Guarded by lock. currentPlayClip.clip is null
+  // or a listed record: removing that record from the list clears both.
   uint8_t clipActive = 0;
   CPlayClip currentPlayClip;
   // Where the EDL line reader resumes.

@@ -8,6 +8,7 @@
 #include "space/current_clip.h"
 #include "space/registry.h"
 #include "space/space.h"
+#include "space/space_lock.h"
 #include "space/status_log.h"
 #include "tcs_status.h"
 
@@ -76,7 +77,9 @@ unsigned int tcsGetCurClip(CTimeCodeSpace* space, CClip* clip) {
 }
 
 unsigned int tcsClipActive(CTimeCodeSpace* space) {
-  return tcs::IsOpenSpace(space) ? space->clipActive : 0;
+  if (!tcs::IsOpenSpace(space)) return 0;
+  tcs::SpaceLock guard(*space);
+  return space->clipActive;
 }
 
 // clipOut may be null when the host wants only the position.

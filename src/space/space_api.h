@@ -17,7 +17,9 @@
 extern "C" {
 #endif
 
-// The registry of open spaces. Unlocked: the host serialises open and close.
+// The registry of open spaces. The library guards it with a lock of its own
+// that the host cannot take: a host may read the count only while it is
+// neither opening nor closing a space itself on another thread.
 TCS_EXPORT extern QVLIST dlTCS;
 
 // Shares the registered space `handle` (its count goes up, `path` is ignored),

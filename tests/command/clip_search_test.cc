@@ -56,4 +56,44 @@ TEST(ClipSearch, FindingSetsTheCurrentClipWhichCanBeReplaced) {
   EXPECT_EQ(log.Lines(), std::vector<std::string>{"TCSpace(0xA8080004)"});
 }
 
+// The current clip names a record of the space; every way a record can leave
+// the list takes the current clip with it, and the current-clip entry points
+// then answer that there is none instead of reading freed memory. An edit
+// that only cuts the record keeps it current.
+TEST(ClipSearch, TheCurrentClipGoesWithItsRecord) {
+  const auto blank = [](CTimeCodeSpace& s) { s.ModifyRange(0, 100, 1, 0, TCS_EDIT_BLANK); };
+  const auto cut = [](CTimeCodeSpace& s) { s.ModifyRange(0, 5, 1, 0, TCS_EDIT_BLANK); };
+  const auto overwrite = [](CTimeCodeSpace& s) {
+    s.AddClip(0, tcs_test::MakeClip(0, 50).get(), 0);
+  };
+  const auto destroy = [](CTimeCodeSpace& s) { s.Destroy(); };
+  const auto other = [](CTimeCodeSpace& s) { s.ModifyRange(40, 60, 1, 0, TCS_EDIT_BLANK); };
+  const struct {
+    const char* name;
+    void (*edit)(CTimeCodeSpace&);
+    bool stays;
+  } cases[] = {{"blank", blank, false},     {"overwrite", overwrite, false},
+               {"destroy", destroy, false}, {"cut", cut, true},
+               {"other clip", other, true}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    tcs_test::OpenedSpace space;
+    ASSERT_EQ(tcsAddClip(space.get(), tcs_test::MakeClip(0, 10, 7, "a").get(), 0), 0u);
+    ASSERT_EQ(tcsAddClip(space.get(), tcs_test::MakeClip(40, 10, 9, "b").get(), 0), 0u);
+    CClip* found = nullptr;
+    ASSERT_EQ(tcsFindClip(space.get(), 64, 8, &found, 0), 8u);
+    c.edit(*space);
+    space->CheckInvariants();
+    CClip copy;
+    const uint32_t expected = c.stays ? 0u : 0xA808F003u;
+    EXPECT_EQ(tcsClipActive(space.get()), c.stays ? 1u : 0u);
+    EXPECT_EQ(tcsGetCurClip(space.get(), &copy), expected);
+    if (c.stays) {
+      EXPECT_STREQ(copy.name, "a");
+    }
+    auto replacement = tcs_test::MakeClip(200, 10, 3, "r");
+    EXPECT_EQ(tcsSetCurClip(space.get(), replacement.get()), expected);
+  }
+}
+
 }  // namespace

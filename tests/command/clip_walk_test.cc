@@ -54,6 +54,7 @@ std::vector<Event> Walk(CTimeCodeSpace* space, uint32_t flags = 0, uint32_t posi
     CClip got;
     const uint32_t peek = tcsFindNextClip(space, &copy, 1, &got);
     const uint32_t r = tcsFindNextClip(space, &record, 0, nullptr);
+    if (space != nullptr) space->CheckInvariants();
     EXPECT_EQ(record.flags, r == kEnd && events.empty() ? flags : flags | 0x2560u);
     if (r == kEnd) {  // the end: all but the flags cleared
       EXPECT_EQ((std::array{peek, record.position, record.inPoint, record.outPoint,
@@ -144,6 +145,7 @@ TEST(ClipWalk, ReportsEverySearchedClipOnceInStartOrder) {
       Lay(space.get(), {c});
       c.channel = rng() % 2 ? 4 + rng() % 28 : 48 + rng() % 48;
       if (rng() % 2) Lay(space.get(), {c});
+      space->CheckInvariants();
     }
     EXPECT_EQ(Walk(space.get()), ModelEvents(clips));
   }

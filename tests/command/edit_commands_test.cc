@@ -32,9 +32,8 @@ const Lines kRefused = {"TCSpace(0xA8087013)"};
 const Lines kSpaceRefused = {"TCSpace(0xA808F013)"};
 
 // Every form of every edit command and every refusal, with videoMask 1 and
-// audioMask 1 (channels 0 and 32) and subCommand 2000. The record is
-// allocated with exactly `size` bytes (56 for 0), so ASan fails the test if
-// the edit path reads one byte past them.
+// audioMask 1 (channels 0 and 32) and subCommand 2000, on full-size records
+// that declare `size` bytes filled.
 TEST(EditCommands, EachFormBecomesItsSpaceEdit) {
   const struct {
     const char* what;
@@ -76,9 +75,11 @@ TEST(EditCommands, EachFormBecomesItsSpaceEdit) {
       {"trim no POS", 10, TCSF_AT | TCSF_IN | kRipple, 300, 500, 600, kInitial},
       // in and out (offsets 68, 72) undeclared read as 0: the space refuses [0, 0).
       {"size 0", 9, kMarks, 0, 150, 450, kInitial, kSpaceRefused, "", false, 0},
-      // longText (offset 85) undeclared: the range form.
-      {"size 80", 7, kClip | kMarks, 0, 150, 450, kBlanked, {}, "clip", false, 80},
-      {"size 86", 7, kClip | TCSF_IN, 150, 150, 450, kInserted, {}, "clip", false, 86},
+      // longText (offset 85) undeclared, yet its first byte in the host's
+      // record picks the clip form; position, in and out are declared.
+      {"size 80 clip form", 7, kClip | kMarks, 0, 150, 450, {{0, 300, 150}, kB, kZ}, {}, "clip",
+       false, 80},
+      {"size 80 range form", 7, kClip | kMarks, 0, 150, 450, kBlanked, {}, "", false, 80},
       {"longText unended", 7, kClip | TCSF_IN, 150, 150, 450, kInserted, {}, nullptr},
   };
   for (const auto& row : rows) {
@@ -93,27 +94,55 @@ TEST(EditCommands, EachFormBecomesItsSpaceEdit) {
       }
     }
     tcs_test::LogCapture log;
-    auto full = tcs_test::NewCommand(row.command, row.flags, 2000);
-    full->size = row.size;
-    full->videoMask = full->audioMask = 1;
-    full->position = row.position;
-    full->inPoint = row.in;
-    full->outPoint = row.out;
-    std::memset(full->text, 'T', sizeof full->text);  // no zero: runs on into longText
-    std::memset(full->longText, 'N', sizeof full->longText);
-    if (row.long_text != nullptr) std::strcpy(full->longText, row.long_text);
-    const size_t allocated = row.size == 0 ? 56 : row.size;
-    auto bytes = std::make_unique<unsigned char[]>(allocated);
-    std::memcpy(bytes.get(), full.get(), allocated);
-    auto* record = reinterpret_cast<TCSCMD*>(bytes.get());
+    auto record = tcs_test::NewCommand(row.command, row.flags, 2000);
+    record->size = row.size;
+    record->videoMask = record->audioMask = 1;
+    record->position = row.position;
+    record->inPoint = row.in;
+    record->outPoint = row.out;
+    std::memset(record->text, 'T', sizeof record->text);  // no zero: runs on into longText
+    std::memset(record->longText, 'N', sizeof record->longText);
+    if (row.long_text != nullptr) std::strcpy(record->longText, row.long_text);
 
-    const uint32_t result = tcsSetMode(space.get(), record);
+    const uint32_t result = tcsSetMode(space.get(), record.get());
     EXPECT_EQ(result, row.log == kRefused ? 0xA8087013u : 0u);
-    EXPECT_EQ(record->size, allocated);
+    EXPECT_EQ(record->size, row.size == 0 ? 56u : row.size);
     EXPECT_EQ(log.Lines(), row.log);
     for (uint32_t channel : {0, 32}) EXPECT_EQ(PlaySpans(*space, channel), row.masked);
     EXPECT_EQ(PlaySpans(*space, 1), row.every_channel ? row.masked : kInitial);
     space->CheckInvariants();
+  }
+}
+
+// The clip form reads the first byte of longText and the comment from the
+// host's record whatever `size` declares; the clip name, the long name and
+// the points come from the declared bytes only (zeros past them).
+TEST(EditCommands, InsertTakesLongTextTestAndCommentFromTheHostRecord) {
+  for (uint32_t size : {0u, 80u, 4188u}) {
+    SCOPED_TRACE(size);
+    tcs_test::NotificationLog notifications;
+    tcs_test::OpenedSpace space;
+    notifications.Install(space.get());
+    tcs_test::LogCapture log;
+    auto record = tcs_test::NewCommand(TCSCMD_INSERT, TCSF_TEXT | TCSF_IN);
+    record->size = size;
+    record->videoMask = 1;
+    std::strcpy(record->text, "clip");
+    std::strcpy(record->longText, "alpha");
+    ASSERT_EQ(record->flags, 0x2100u);
+
+    EXPECT_EQ(tcsSetMode(space.get(), record.get()), 0u);
+    // Not refused: only the space's own note that the empty range [0, 0) it
+    // was handed to prepare has nothing to edit.
+    EXPECT_EQ(log.Lines(), kSpaceRefused);
+    ASSERT_EQ(notifications.added.size(), 1u);  // InsertFile ran, on channel 0
+    const std::vector<CClip*> listed = tcs_test::ListedClips(*space);
+    ASSERT_EQ(listed.size(), 1u);
+    const CClip& clip = *listed[0];
+    const auto text = [](const char* t) { return std::string(t != nullptr ? t : ""); };
+    EXPECT_EQ(text(clip.comment), "clip");
+    EXPECT_EQ(text(clip.clipName), size >= 80 ? "clip" : "");
+    EXPECT_EQ(text(clip.name), size == 4188 ? "alpha" : "");
   }
 }
 

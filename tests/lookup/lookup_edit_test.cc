@@ -58,6 +58,9 @@ TEST(LookupEdit, EditsTable) {
        {{100, 100, 0, 100}, {200, 0xFFFFFFF0u - 110, 110, 0xFFFFFFF0u}}, {1, 0, 2}},
       {{{0, 10, 0}, {20, 10, 0}, {40, 5, 0}}, Modify(10, 20, kDelete),
        {{0, 10, 0, 10}, {10, 10, 0, 10}, {30, 5, 0, 5}}, {0, 0, 3}},
+      // A start past the last one (as an added record may keep) is pulled
+      // back no further than the last start.
+      {{{20000000, 100, 0}}, Modify(0, 50, kDelete), {{kLastStart, 100, 0, 100}}, {0, 0, 1}},
       // An insert pushes later play clips one frame past the gap.
       {{{0, 10, 0}, {20, 10, 0}}, Modify(20, 25, kInsert), {{0, 10, 0, 10}, {26, 10, 0, 10}},
        {0, 0, 2}},
