@@ -54,9 +54,11 @@ void PrintText(const Timeline& timeline, const std::vector<ChannelView>& channel
             << " to " << timeline.Tc(totals.end) << '\n';
 }
 
-void TimecodeMember(JsonWriter& json, const Timeline& timeline, const char* key, uint32_t frames) {
+// "key": the timecode, and "keyFrame" (or `frameKey`): the frame count.
+void TimecodeMember(JsonWriter& json, const Timeline& timeline, const char* key, uint32_t frames,
+                    const char* frameKey = nullptr) {
   json.Key(key).String(timeline.Tc(frames));
-  json.Key(std::string(key) + "Frame").Number(frames);
+  json.Key(frameKey != nullptr ? std::string(frameKey) : std::string(key) + "Frame").Number(frames);
 }
 
 void PrintJson(const Timeline& timeline, const std::vector<ChannelView>& channels) {
@@ -94,7 +96,7 @@ void PrintJson(const Timeline& timeline, const std::vector<ChannelView>& channel
   json.Key("channels").Number(channels.size());
   TimecodeMember(json, timeline, "start", totals.first);
   TimecodeMember(json, timeline, "end", totals.end);
-  TimecodeMember(json, timeline, "duration", totals.end - totals.first);
+  TimecodeMember(json, timeline, "duration", totals.end - totals.first, "durationFrames");
   json.EndObject();
   json.EndObject();
 }
