@@ -32,7 +32,7 @@ void PrintSpace(CTimeCodeSpace* space) {
     const CTCLookup* lookup = space->lookups[channel];
     if (lookup == nullptr) continue;
     std::printf("channel %u plays:\n", channel);
-    for (const CPlayClip& pc : lookup->playClips) {
+    for (const auto& pc : *lookup) {
       std::printf("  [%7u, %7u)  %s\n", pc.start, pc.start + pc.length,
                   pc.clip != nullptr && pc.clip->name != nullptr ? pc.clip->name : "");
     }
