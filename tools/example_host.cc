@@ -44,8 +44,9 @@ void PrintSpace(CTimeCodeSpace* space) {
     const CTCLookup* lookup = space->lookups[channel];
     if (lookup == nullptr) continue;
     std::printf("channel %u plays:\n", channel);
-    for (const CPlayClip& pc : lookup->playClips) {
-      std::printf("  %s - %s  %s\n", Tc(pc.start).c_str(), Tc(pc.start + pc.length).c_str(),
+    for (const auto& pc : *lookup) {
+      std::printf("  %s - %s  %s
+", Tc(pc.start).c_str(), Tc(pc.start + pc.length).c_str(),
                   pc.clip != nullptr && pc.clip->name != nullptr ? pc.clip->name : "");
     }
   }

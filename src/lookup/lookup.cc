@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <iterator>
+#include <map>
 #include <set>
 
 #include "lookup/invariant_broken.h"
@@ -20,36 +22,82 @@ CTCLookup::~CTCLookup() {
   // never in one burst of notifications. The space empties its lookups
   // before deleting them, so its own teardown never gets here with play
   // clips and never sleeps.
-  for (const CPlayClip& pc : playClips) {
+  for (const Node& pc : playClips) {
     space->__DelClipFromList(pc.clip);
     usleep(1000);
   }
+  Clear();
+}
+
+void CTCLookup::Clear() {
+  for (const Node& pc : playClips) texts_.Release(pc.text);
   playClips.clear();
 }
 
-void CTCLookup::Clear() { playClips.clear(); }
-
-bool CTCLookup::Insert(const CPlayClip& pc) { return playClips.insert(pc).second; }
-
-void CTCLookup::Erase(Position x) { playClips.erase(x); }
-
-// Only the start is written to the record: a move leaves both lengths alone.
-bool CTCLookup::Rekey(Position x, uint32_t start) {
-  auto node = playClips.extract(x);
-  node.value().start = start;
-  if (CClip* record = node.value().clip) record->start = start;
-  return playClips.insert(std::move(node)).inserted;
+bool CTCLookup::Insert(const CPlayClip& pc) {
+  return InsertNode({pc.start, pc.length, pc.effectCode, pc.effectDuration, pc.clip,
+                     texts_.Acquire(pc.effectText)});
 }
 
-bool CTCLookup::Reshape(Position x, uint32_t start, uint32_t length) {
-  auto node = playClips.extract(x);
-  node.value().start = start;
-  node.value().length = length;
-  if (CClip* record = node.value().clip) {
+bool CTCLookup::InsertFrom(CClip* record) {
+  // Look first: a dropped newcomer need not have its text pooled. Past the
+  // last start (every append) the place is known without a descent.
+  const uint32_t start = record->start;
+  const Position at = empty() || std::prev(end())->start < start ? end()
+                                                                 : playClips.lower_bound(start);
+  if (at != end() && at->start == start) return false;
+  playClips.emplace_hint(at, Node{start, record->length, record->effectCode,
+                                  record->effectDuration, record,
+                                  texts_.Acquire(record->effectText)});
+  return true;
+}
+
+bool CTCLookup::InsertNode(const Node& node) {
+  if (playClips.insert(node).second) return true;
+  texts_.Release(node.text);
+  return false;
+}
+
+void CTCLookup::Erase(Position x) {
+  texts_.Release(x->text);
+  playClips.erase(x);
+}
+
+// Only the start is written to the record: a move leaves both lengths alone.
+CTCLookup::Position CTCLookup::Rekey(Position x, uint32_t start) {
+  if (CClip* record = x->clip) record->start = start;
+  return Place(x, start, x->length);
+}
+
+CTCLookup::Position CTCLookup::Reshape(Position x, uint32_t start, uint32_t length) {
+  if (CClip* record = x->clip) {
     record->start = start;
     record->length = length;
   }
-  return playClips.insert(std::move(node)).inserted;
+  return Place(x, start, length);
+}
+
+// A set's elements are const because their order must hold; a start that
+// stays strictly between the neighbours' starts keeps it, so it is written
+// into the node in place (the node was built mutable, only the iterator is
+// const). Any other start takes the node out and puts it back.
+CTCLookup::Position CTCLookup::Place(Position x, uint32_t start, uint32_t length) {
+  const bool after_previous = x == begin() || std::prev(x)->start < start;
+  const Position following = std::next(x);
+  if (after_previous && (following == end() || start < following->start)) {
+    Node& node = const_cast<Node&>(*x);
+    node.start = start;
+    node.length = length;
+    return x;
+  }
+  auto handle = playClips.extract(x);
+  handle.value().start = start;
+  handle.value().length = length;
+  const tcs::PooledText* text = handle.value().text;
+  auto inserted = playClips.insert(std::move(handle));
+  if (inserted.inserted) return inserted.position;
+  texts_.Release(text);  // the dropped node is freed with `inserted`
+  return end();
 }
 
 CTCLookup::Position CTCLookup::Refind(uint32_t start, const CClip* record) const {
@@ -70,14 +118,16 @@ namespace {
 
 void CTCLookup::CheckInvariants() const {
   std::set<const CClip*> played;
+  std::map<const tcs::PooledText*, uint32_t> holders;
   bool first = true;
   uint32_t previous_start = 0;
-  for (const CPlayClip& pc : *this) {
+  for (const Node& pc : *this) {
     if (!first && !(previous_start < pc.start)) {
       Broken("starts not strictly increasing", pc.start);
     }
     first = false;
     previous_start = pc.start;
+    ++holders[pc.text];
     if (pc.clip == nullptr) continue;
     const CClip& record = *pc.clip;
     if (record.start != pc.start || record.length != pc.length) {
@@ -86,4 +136,8 @@ void CTCLookup::CheckInvariants() const {
     if (record.owner != space) Broken("record is not on the owning space's list", pc.start);
     if (!played.insert(pc.clip).second) Broken("record played by two play clips", pc.start);
   }
+  for (const auto& [text, count] : holders) {
+    if (text->refs != count) Broken("pooled text's holder count is wrong", 0);
+  }
+  if (holders.size() != texts_.distinct()) Broken("pool holds a text no play clip holds", 0);
 }

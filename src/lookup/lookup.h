@@ -1,5 +1,8 @@
 // CTCLookup: the play clips of one channel of a space, in a balanced tree
-// keyed by start frame, at most one per start. Owns its play clips by value.
+// keyed by start frame, at most one per start. Owns its play clips by value:
+// each is a small tree node (PlayClipNode) whose 4 KB effect text lives once
+// per distinct text in the lookup's pool, and the nodes live in the lookup's
+// own arena. Queries copy a whole CPlayClip out and never allocate.
 // Borrows the space (which outlives it) and the records its play clips point
 // to (on the space's clip list); an edit that splits or swallows a play clip
 // asks the space to add or drop a record.
@@ -11,13 +14,21 @@
 //
 // CAVEATS: every edit invalidates Positions.
 //
+// A ripple moves a whole run of play clips by one amount, which keeps their
+// order, so a moved start is written into its node in place whenever it
+// stays strictly between its neighbours' starts; only a move that would
+// pass a neighbour (or land on its start) takes the node out and puts it
+// back. No 4 KB text is copied either way.
+//
 // Invariants (CheckInvariants(), run after every step in tests and fuzzing):
 //  (1) starts strictly increase in iteration order;
 //  (2) a play clip's start and length equal its record's range;
 //  (3) every record a play clip points to is on the owning space's list;
-//  (4) no record is played by two play clips.
-// The edits keep (2) to (4); (1) holds by construction: an insert whose start
-// is taken drops the newcomer without a report.
+//  (4) no record is played by two play clips;
+//  (5) each pooled text counts exactly the play clips that hold it.
+// The edits keep (2) to (5); (1) holds by construction (an insert whose
+// start is taken drops the newcomer without a report) and by the in-place
+// rule above.
 #ifndef TCS_LOOKUP_LOOKUP_H_
 #define TCS_LOOKUP_LOOKUP_H_
 
@@ -25,7 +36,11 @@
 #include <cstddef>
 #include <set>
 
+#include "lookup/effect_text_pool.h"
+#include "lookup/node_arena.h"
+#include "lookup/play_clip_node.h"
 #include "record/play_clip.h"
+#include "record/timecode.h"
 #include "record/tc_range.h"
 #include "tcs_export.h"
 
@@ -42,14 +57,15 @@ class CTimeCodeSpace;
 
 class TCS_EXPORT CTCLookup {
  public:
-  // Transparent: a search takes a bare frame, not a 4 KB CPlayClip key.
+  using Node = tcs::PlayClipNode;
+  // Transparent: a search takes a bare frame.
   struct ByStart {
     using is_transparent = void;
-    bool operator()(const CPlayClip& a, const CPlayClip& b) const { return a.start < b.start; }
-    bool operator()(const CPlayClip& a, uint32_t b) const { return a.start < b; }
-    bool operator()(uint32_t a, const CPlayClip& b) const { return a < b.start; }
+    bool operator()(const Node& a, const Node& b) const { return a.start < b.start; }
+    bool operator()(const Node& a, uint32_t b) const { return a.start < b; }
+    bool operator()(uint32_t a, const Node& b) const { return a < b.start; }
   };
-  using PlayClipSet = std::set<CPlayClip, ByStart>;
+  using PlayClipSet = std::set<Node, ByStart, tcs::ArenaAllocator<Node>>;
   using Position = PlayClipSet::const_iterator;  // end(): no play clip
 
   explicit CTCLookup(CTimeCodeSpace* space);
@@ -88,6 +104,9 @@ class TCS_EXPORT CTCLookup {
   void TrimRange(uint32_t at, uint32_t in, uint32_t out, int shift);
   CPlayClip* RemoveClip(CPlayClip& pc);
 
+  // Inserts a copy of pc (its text pooled) unless its start is taken; false
+  // when it was dropped. The record, if any, is not looked at.
+  bool Insert(const CPlayClip& pc);
   // Frees every play clip; records stay on the list, nothing is reported.
   void Clear();
 
@@ -100,16 +119,33 @@ class TCS_EXPORT CTCLookup {
   // Aborts with a message naming the first broken invariant. For tests.
   void CheckInvariants() const;
 
-  PlayClipSet playClips;
   CTimeCodeSpace* const space;  // not owned
 
  private:
-  // Takes x out, gives it `start` (record too) and puts it back. Re-keys the
-  // tree node in place: no 4 KB effect text is copied. Returns false when the
-  // start was taken and the play clip was dropped.
-  bool Rekey(Position x, uint32_t start);
+  // The range edits on a bare span: no 4 KB CTCRange is built per edit.
+  void BlankSpan(tcs::Span r);
+  void DeleteSpan(tcs::Span r);
+  void InsertSpan(tcs::Span r);
+  // Gives x a new start (its record too) and returns its position, or end()
+  // when the start was taken and the play clip was dropped.
+  Position Rekey(Position x, uint32_t start);
   // As Rekey, giving the play clip (and its record) a new length as well.
-  bool Reshape(Position x, uint32_t start, uint32_t length);
+  Position Reshape(Position x, uint32_t start, uint32_t length);
+  // Writes start and length into x; moves the node only when the new start
+  // does not stay strictly between its neighbours' starts.
+  Position Place(Position x, uint32_t start, uint32_t length);
+  // The plain rounds of a ripple delete of rl frames, from x on.
+  Position PullRun(Position x, uint32_t rl, uint32_t& key);
+  // What findge(key) returns right after x was moved in place and key set
+  // to x's old end: the next play clip when cheap tests prove it, else the
+  // full search.
+  Position FindgeAfter(Position x, uint32_t key) const;
+  // Makes a node playing `record`, its text pooled, unless the start is
+  // taken; false when dropped.
+  bool InsertFrom(CClip* record);
+  // Inserts a node whose text the pool already counts; releases the text
+  // when the start is taken.
+  bool InsertNode(const Node& node);
   // The play clip at exactly `start` if it still plays `record`, else end().
   // The host's notifications may re-enter the space part-way through an
   // edit, so a position held across one is looked up again.
@@ -119,10 +155,13 @@ class TCS_EXPORT CTCLookup {
   // Cuts x at [rs, re): x keeps its left-hand part, a new record plays the
   // right-hand part.
   void Split(Position x, uint32_t rs, uint32_t re);
-  // Inserts a copy unless the start is taken; false when dropped.
-  bool Insert(const CPlayClip& pc);
-  // Takes x out and frees it; the record is left alone.
+  // Takes x out and frees it, releasing its text; the record is left alone.
   void Erase(Position x);
+
+  // Declared before the set, which draws on both.
+  tcs::NodeArena arena_;
+  tcs::EffectTextPool texts_;
+  PlayClipSet playClips{ByStart(), tcs::ArenaAllocator<Node>(&arena_)};
 };
 
 #endif  // TCS_LOOKUP_LOOKUP_H_

@@ -13,7 +13,11 @@ using tcs::Contains;
 // back: the callers test containment themselves.
 CTCLookup::Position CTCLookup::findle(uint32_t t) const {
   if (playClips.empty()) return playClips.end();
-  const Position after = playClips.upper_bound(tcs::ClampStart(t));
+  const uint32_t clamped = tcs::ClampStart(t);
+  // At or past the last start (every append asks this): no descent.
+  const Position last = std::prev(playClips.end());
+  if (last->start <= clamped) return last;
+  const Position after = playClips.upper_bound(clamped);
   if (after == playClips.begin()) return after;
   return std::prev(after);
 }
@@ -42,7 +46,7 @@ CTCLookup::Position CTCLookup::find(uint32_t t) const {
 uint32_t CTCLookup::Translate(uint32_t t, CPlayClip& out) const {
   const Position x = find(t);
   if (x == playClips.end()) return tcs::kNotFound;
-  out = *x;
+  x->CopyTo(out);
   const CClip* record = x->clip;
   if (record == nullptr) return tcs::kNotFound;
   const uint32_t offset = t - record->start;

@@ -6,6 +6,9 @@
 //
 // Below, r = [RS, RE) with RL = RE - RS, and x = [XS, XE) a play clip; all
 // arithmetic is mod 2^32, every comparison unsigned.
+#include <algorithm>
+#include <iterator>
+
 #include "lookup/lookup.h"
 #include "record/timecode.h"
 #include "platform/clip.h"
@@ -50,12 +53,6 @@ Overlap Classify(uint32_t rs, uint32_t rl, uint32_t xs, uint32_t xl) {
   return Contains(xs, xl, re) ? Overlap::kHead : Overlap::kUntouched;
 }
 
-CTCRange RangeOf(Span span) {
-  CTCRange r;
-  r.start = span.start;
-  r.length = span.length;
-  return r;
-}
 
 }  // namespace
 
@@ -68,7 +65,9 @@ CTCRange RangeOf(Span span) {
 // A walk from RS: each round takes findge(key) and moves key to its end. It
 // stops at the first play clip it leaves untouched, after a split, or when
 // the next key would not move forward (an end wrapped past 2^32).
-void CTCLookup::BlankRange(const CTCRange& r) {
+void CTCLookup::BlankRange(const CTCRange& r) { BlankSpan({r.start, r.length}); }
+
+void CTCLookup::BlankSpan(Span r) {
   const uint32_t rs = r.start;
   const uint32_t rl = r.length;
   const uint32_t re = rs + rl;
@@ -141,8 +140,6 @@ void CTCLookup::Split(Position x, uint32_t rs, uint32_t re) {
   // When the host refuses the new record the right-hand material leaves the
   // timeline: no play clip without a record, and none that would play the
   // wrong source frames. The range is still blanked and the left cut.
-  CPlayClip right;
-  if (added != nullptr) right.Construct(added);
 
   // A host that edited this channel from its notification and took x away
   // has rewritten this stretch: its edit stands, the new record stays listed
@@ -160,26 +157,85 @@ void CTCLookup::Split(Position x, uint32_t rs, uint32_t re) {
     }
     Erase(again);
   }
-  if (added != nullptr && right.length != 0) Insert(right);
+  // Nothing changes the new record after it was listed, so the right-hand
+  // play clip is made from it now.
+  if (added != nullptr && added->length != 0) InsertFrom(added);
 }
 
 // Ripple delete: blank r, then pull everything from RE on RL frames earlier.
 //   before  |--A--|  [==r==)  |--B--|--C--|
 //   after   |--A--|--B--|--C--|
 // A start that would fall below 0 or past 10692000 becomes 10692000.
-void CTCLookup::DeleteRange(const CTCRange& r) {
+// Each round is findge(key) with key the old end of the play clip moved last.
+void CTCLookup::DeleteRange(const CTCRange& r) { DeleteSpan({r.start, r.length}); }
+
+void CTCLookup::DeleteSpan(Span r) {
   const uint32_t rl = r.length;
   uint32_t key = r.start + rl;
-  BlankRange(r);
-  for (;;) {
-    const Position x = findge(key);
-    if (x == end()) return;
-    const uint32_t xe = x->start + x->length;
-    const uint32_t moved = x->start - rl;
-    Rekey(x, moved > tcs::kLastStart ? tcs::kLastStart : moved);
+  BlankSpan(r);
+  Position x = PullRun(findge(key), rl, key);
+  while (x != end()) {
+    const uint32_t xs = x->start;
+    const uint32_t xe = xs + x->length;
+    const uint32_t moved = xs - rl;
+    x = Rekey(x, moved > tcs::kLastStart ? tcs::kLastStart : moved);
     if (xe <= key) return;
     key = xe;
+    x = x != end() ? FindgeAfter(x, key) : findge(key);
   }
+}
+
+// The rounds of a ripple delete while each is the plain case: the new start
+// stays above the previous play clip's (already moved) start and needs no
+// clamp, so it is written in place (the next start lies above the old one),
+// and the next round's findge is the next node by FindgeAfter's tests, made
+// here on values at hand. One step per play clip. Returns the position of
+// the first round it leaves to the general loop, with key updated, or end()
+// when the walk is over.
+CTCLookup::Position CTCLookup::PullRun(Position x, uint32_t rl, uint32_t& key) {
+  if (x == end()) return x;
+  bool bounded = x != begin();
+  uint32_t below = bounded ? std::prev(x)->start : 0;
+  for (;;) {
+    const uint32_t xs = x->start;
+    const uint32_t xl = x->length;
+    const uint32_t xe = xs + xl;
+    const uint32_t target = xs - rl;
+    if (xs < rl || target > tcs::kLastStart || (bounded && target <= below)) return x;
+    const Position next = std::next(x);
+    Node& node = const_cast<Node&>(*x);
+    node.start = target;
+    if (CClip* record = node.clip) record->start = target;
+    if (xe <= key) return end();
+    key = xe;
+    const bool next_at_key = next != end() && next->start == key && next->length != 0;
+    const bool x_is_findle = target <= key && (next == end() || key < next->start);
+    const bool x_is_behind = !Contains(target, xl, key) && !(key < target + xl);
+    if (key > tcs::kLastStart || !(next_at_key || (x_is_findle && x_is_behind))) {
+      return findge(key);
+    }
+    if (next == end()) return next;
+    x = next;
+    bounded = true;
+    below = target;
+  }
+}
+
+// findge(key) looks at findle(key) and at most the play clip after it. With
+// key not clamped and x the greatest start at or before key, findle(key) is
+// x, and x neither contains key nor reaches past it, so the answer is the
+// next play clip; a next play clip starting exactly at key is findle(key)
+// itself and the answer when it has frames. Anything else searches.
+CTCLookup::Position CTCLookup::FindgeAfter(Position x, uint32_t key) const {
+  const Position next = std::next(x);
+  if (key <= tcs::kLastStart) {
+    if (next != end() && next->start == key && next->length != 0) return next;
+    const bool x_is_findle = x->start <= key && (next == end() || key < next->start);
+    if (x_is_findle && !Contains(x->start, x->length, key) && !(key < x->start + x->length)) {
+      return next;
+    }
+  }
+  return findge(key);
 }
 
 // Ripple insert: every play clip starting at or after RS moves RL + 1 frames
@@ -188,43 +244,64 @@ void CTCLookup::DeleteRange(const CTCRange& r) {
 //   after   |--A--|  [==r==) |--B--|--C--|
 // The walk runs from the last play clip back, so a moved play clip never
 // lands on one that has not moved yet. A play clip starting before RS stays,
-// even when it reaches into r.
-void CTCLookup::InsertRange(const CTCRange& r) {
+// even when it reaches into r. Each round is findle(XS - 1); after a move
+// in place to a later start, that is the play clip before x.
+void CTCLookup::InsertRange(const CTCRange& r) { InsertSpan({r.start, r.length}); }
+
+void CTCLookup::InsertSpan(Span r) {
   if (empty()) return;
-  uint32_t key = tcs::kNoTimecode;
+  Position x = findle(tcs::kNoTimecode);
+  // The plain case: the last play clip moves without a clamp, so every one
+  // from RS on does, by the same amount: order holds and each start is
+  // written in place, in one pass.
+  const uint32_t shift = r.length + 1;
+  if (x->start >= r.start && shift <= tcs::kLastStart && x->start <= tcs::kLastStart - shift) {
+    const Position stop = std::next(x);
+    for (Position y = playClips.lower_bound(r.start); y != stop; ++y) {
+      Node& node = const_cast<Node&>(*y);
+      node.start += shift;
+      if (CClip* record = node.clip) record->start = node.start;
+    }
+    return;
+  }
   for (;;) {
-    const Position x = findle(key);
     if (x == end() || x->start < r.start) return;
     const uint32_t xs = x->start;
-    const bool was_first = x == begin();
-    const uint32_t moved = xs + r.length + 1;
-    Rekey(x, moved > tcs::kLastStart ? tcs::kLastStart : moved);
-    if (was_first) return;
-    key = xs - 1;
+    const uint32_t target = std::min(xs + shift, tcs::kLastStart);
+    if (x == begin()) {
+      Rekey(x, target);
+      return;
+    }
+    const Position previous = std::prev(x);
+    Rekey(x, target);
+    // x moved past key (or was dropped): the starts at or before key are as
+    // they were, and the greatest of them is the previous play clip.
+    const uint32_t key = xs - 1;
+    x = target > xs && key <= tcs::kLastStart ? previous : findle(key);
   }
 }
 
 void CTCLookup::ModifyRange(uint32_t a, uint32_t b, uint32_t flags) {
-  const CTCRange r = RangeOf(TwoPointRule(a, b));
+  const Span r = TwoPointRule(a, b);
   const bool ripple = (flags & TCS_EDIT_RIPPLE) != 0;
   switch (flags & TCS_EDIT_OPERATION_MASK) {
     case TCS_EDIT_INSERT:
       if (ripple) {
-        InsertRange(r);
+        InsertSpan(r);
       } else {
-        BlankRange(r);
+        BlankSpan(r);
       }
       break;
     case TCS_EDIT_BLANK:
       // The delete blanks the now empty range once more, then closes it.
-      BlankRange(r);
-      if (ripple) DeleteRange(r);
+      BlankSpan(r);
+      if (ripple) DeleteSpan(r);
       break;
     case TCS_EDIT_DELETE:
       if (ripple) {
-        DeleteRange(r);
+        DeleteSpan(r);
       } else {
-        BlankRange(r);
+        BlankSpan(r);
       }
       break;
     default:  // combinations and 0 change nothing
@@ -238,13 +315,11 @@ void CTCLookup::ModifyRange(uint32_t a, uint32_t b, uint32_t flags) {
 void CTCLookup::AddClip(CClip* clip, uint32_t flags) {
   if (clip == nullptr) return;
   const uint32_t start = tcs::ClampStart(clip->start);
-  const CTCRange r = RangeOf({start, tcs::LengthRule(start, clip->length)});
+  const Span r{start, tcs::LengthRule(start, clip->length)};
   if ((flags & TCS_EDIT_RIPPLE) != 0) {
-    InsertRange(r);
+    InsertSpan(r);
   } else {
-    BlankRange(r);
+    BlankSpan(r);
   }
-  CPlayClip pc;
-  pc.Construct(clip);
-  Insert(pc);
+  InsertFrom(clip);
 }

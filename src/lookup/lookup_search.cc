@@ -32,7 +32,7 @@ GapPolicy DecodeGapPolicy(uint32_t mode) {
   }
 }
 
-uint32_t SelectResult(uint32_t mode, uint32_t t, const CPlayClip& k) {
+uint32_t SelectResult(uint32_t mode, uint32_t t, const tcs::PlayClipNode& k) {
   switch (mode & kSelectorMask) {
     case 0x10:
       return k.start;
@@ -79,6 +79,6 @@ uint32_t CTCLookup::FindPlayClip(uint32_t mode, uint32_t t, CPlayClip& out) cons
     }
     if (chosen == end()) return tcs::kNotFound;
   }
-  out = *chosen;
+  chosen->CopyTo(out);
   return SelectResult(mode, t, *chosen);
 }

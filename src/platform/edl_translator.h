@@ -26,9 +26,11 @@
 #pragma pack(push, 4)
 typedef struct EDLSETTINGS {
   uint32_t revision;         // 1: this layout
-  uint32_t framesPerSecond;  // timecode rate of the file: 24, 25, 30 ...; 0 means 30
-  uint32_t dropFrame;        // nonzero: 29.97 drop-frame timecode (at 30 frames per second)
-  char title[256];           // the TITLE: line written on export; empty: none
+  uint32_t framesPerSecond;  // timecode rate of the file: 24, 25, 30 ...; 0 (or above 99)
+                             // means 30; 29 and 59 mean 30 and 60
+  uint32_t dropFrame;        // nonzero: drop-frame timecode (29.97 and 59.94 material, at 30
+                             // and 60 frames per second; ignored at other rates)
+  char title[256];           // the TITLE: line written on export; empty: the file's name
   uint8_t reserved268[4020];
   uint32_t lineWord;         // copied by the library into every line's settingsWord
   uint8_t reserved4292[4236];
@@ -45,18 +47,31 @@ TCS_EXPORT void edlInitSettings(EDLSETTINGS* settings, uint32_t framesPerSecond,
                                 uint32_t dropFrame);
 
 // Opens an EDL file for writing (access EDL_ACCESS_WRITE, creation
-// EDL_CREATE_ALWAYS); null on failure.
+// EDL_CREATE_ALWAYS) and writes its TITLE: and FCM: lines; null on failure
+// (also when access does not ask for writing). `settings` null: 30 frames per
+// second, non-drop.
 TCS_EXPORT void* edlOpen(const char* path, uint32_t access, uint32_t creation,
                          const EDLSETTINGS* settings);
-// Formats and writes one line.
+// Formats one event (CMX 3600, see docs/edl-conventions.md) into the file's
+// buffer. 0; TCS_RESULT_NONE once a write to the file has failed;
+// TCS_ERR_BAD_ARGUMENTS for a null handle or line.
 TCS_EXPORT uint32_t edlWriteLine(void* handle, const EDLLINE* line);
-// Finishes and closes the file.
+// Writes what is buffered and closes the file; the handle is gone either way.
+// 0; TCS_RESULT_NONE when a write or the close failed; TCS_ERR_BAD_ARGUMENTS
+// for a null handle.
 TCS_EXPORT uint32_t edlClose(void* handle);
 
-// Reads an EDL file into `space`, one _tcsAddEdlLine per event, in file order.
+// Reads an EDL file into `space`, one _tcsAddEdlLine per event, in file
+// order; each record's hostTag is the file line number of its event line.
 // `settings` null: 30 frames per second, non-drop, unless the file says
-// otherwise. 0, or a status when the file cannot be opened or holds a line
-// that cannot be parsed (the events before it stay added).
+// otherwise (FCM: lines, this translator's frame rate note). Returns 0;
+// TCS_RESULT_NONE when the file cannot be opened or read;
+// TCS_ERR_BAD_ARGUMENTS at the first line that cannot be parsed: reading
+// stops there and the events before it stay added, except the event being
+// read when the bad line is not an event line (it may be one of its notes):
+// that event is not added. TCS_ERR_NULL_SPACE for a null space, or when
+// libtcspace is not loaded. Every problem, warnings included, is logged with
+// its line number.
 TCS_EXPORT uint32_t edlReadFile(CTimeCodeSpace* space, const char* path,
                                 const EDLSETTINGS* settings);
 

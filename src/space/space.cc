@@ -88,7 +88,7 @@ void CTimeCodeSpace::CheckInvariants() const {
     if (lookup == nullptr) continue;
     if (lookup->Space() != this) Broken("lookup belongs to another space");
     lookup->CheckInvariants();
-    for (const CPlayClip& pc : *lookup) {
+    for (const auto& pc : *lookup) {
       if (pc.clip == nullptr) continue;
       if (listed.count(pc.clip) == 0) Broken("play clip's record is not listed");
       if (pc.clip->channel != channel) Broken("play clip's record names another channel");

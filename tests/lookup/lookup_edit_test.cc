@@ -91,7 +91,7 @@ TEST(LookupEdit, EditsTable) {
     notes.refuse = row.refuse;
     row.edit(*space.lookups[0]);
     std::vector<Played> after;
-    for (const CPlayClip& pc : space.lookups[0]->playClips) {
+    for (const auto& pc : *space.lookups[0]) {
       after.push_back({pc.start, pc.length, pc.clip->sourceIn, pc.clip->sourceOut});
     }
     EXPECT_EQ(after, row.after);

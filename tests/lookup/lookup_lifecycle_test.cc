@@ -24,9 +24,9 @@ struct Fixture {
       CClip* record = space->__AddClipToList(0, MakeClip(start, 5).get(), 0);
       CPlayClip pc;
       pc.Construct(record);
-      lookup->playClips.insert(pc);
+      lookup->Insert(pc);
     }
-    for (const CPlayClip& pc : lookup->playClips) by_start.push_back(pc.clip);
+    for (const auto& pc : *lookup) by_start.push_back(pc.clip);
   }
 };
 
@@ -55,10 +55,10 @@ TEST(LookupLifecycle, DestroyingIgnoresRecordsOfOtherSpacesAndMissingRecords) {
   CClip* foreign = other->__AddClipToList(0, MakeClip(50, 5).get(), 0);
   CPlayClip pc;
   pc.Construct(foreign);
-  f.lookup->playClips.insert(pc);
+  f.lookup->Insert(pc);
   CPlayClip bare;
   bare.start = 60;
-  f.lookup->playClips.insert(bare);
+  f.lookup->Insert(bare);
   f.lookup.reset();
   EXPECT_EQ(f.notes.deleted.size(), 3u);
   EXPECT_EQ(ListedClips(*other), std::vector<CClip*>{foreign});

@@ -77,7 +77,7 @@ struct PlaySpan {
 inline std::vector<PlaySpan> PlaySpans(const CTimeCodeSpace& space, uint32_t channel) {
   std::vector<PlaySpan> spans;
   if (const CTCLookup* lookup = space.LookupOf(channel)) {
-    for (const CPlayClip& pc : *lookup) {
+    for (const auto& pc : *lookup) {
       spans.push_back({pc.start, pc.length, pc.clip != nullptr ? pc.clip->sourceIn : 0});
     }
   }

@@ -1,7 +1,7 @@
 // What the subcommands show of a space: its play clips channel by channel,
 // in record order, with the clip record's texts, and transitions as words.
-// Reads the space's lookups directly; the tool runs on one thread and holds
-// no other reference into the space while it reads.
+// Steps through each channel with the space's play-clip search; the tool
+// runs on one thread, so nothing edits the space meanwhile.
 #ifndef TCS_TOOLS_TCS_CLIPS_H_
 #define TCS_TOOLS_TCS_CLIPS_H_
 
