@@ -45,8 +45,7 @@ void PrintSpace(CTimeCodeSpace* space) {
     if (lookup == nullptr) continue;
     std::printf("channel %u plays:\n", channel);
     for (const auto& pc : *lookup) {
-      std::printf("  %s - %s  %s
-", Tc(pc.start).c_str(), Tc(pc.start + pc.length).c_str(),
+      std::printf("  %s - %s  %s\n", Tc(pc.start).c_str(), Tc(pc.start + pc.length).c_str(),
                   pc.clip != nullptr && pc.clip->name != nullptr ? pc.clip->name : "");
     }
   }
