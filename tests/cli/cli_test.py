@@ -191,6 +191,11 @@ class Editing(Scratch):
         # Move and trim act on the clip that starts at the position.
         moved = self.channel(self.edited("move=V2,01:00:07:00,01:00:20:00"), "V2")
         self.assertEqual([c["recordIn"] for c in moved], ["01:00:20:00"])
+        # The file written keeps the rate it was edited at.
+        out = self.path("pal.edl")
+        self.assertEqual(tcs("edit", EXAMPLE, "blank=V2,0,1", "-o", out, "--fps", "25").returncode, 0)
+        pal = tcs_json("info", out)
+        self.assertEqual((pal["fps"], pal["totals"]["end"]), (25, "01:00:36:00"))
         trimmed = self.channel(self.edited("trim=V2,01:00:07:00,00:00:01:00,00:00:03:00"), "V2")
         # Source frames that stay keep their record timecode.
         self.assertEqual([(c["recordIn"], c["sourceIn"], c["sourceOut"]) for c in trimmed],

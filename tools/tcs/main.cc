@@ -11,8 +11,9 @@ namespace {
 
 constexpr char kTimes[] =
     "Timecodes are HH:MM:SS:FF (HH:MM:SS;FF for drop-frame) or frame counts.\n"
-    "The rate is 30 fps (drop-frame when the file says FCM: DROP FRAME) unless\n"
-    "--fps RATE says otherwise (24, 25, 30, 29.97, 60, ...).\n";
+    "The rate is the file's own (its * TCS FRAME RATE: note, else 30 fps;\n"
+    "drop-frame when it says FCM: DROP FRAME) unless --fps RATE says otherwise\n"
+    "(24, 25, 30, 29.97, 60, ...).\n";
 
 const std::vector<OptionSpec> kReadOptions = {{"--fps", true}, {"--json", false}};
 

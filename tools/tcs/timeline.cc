@@ -28,12 +28,20 @@ constexpr uint64_t kProgressEvery = 4096;  // clips added between updates
 constexpr size_t kMaxWarnings = 5;
 
 struct FileScan {
+  uint32_t fps = 30;
   bool dropFrame = false;
   uint64_t events = 0;  // lines that start with an event number
 };
 
-// One pass over the file before the translator reads it: whether its FCM
-// line asks for drop-frame, and how many event lines it holds.
+// One pass over the file before the translator reads it: the rate its
+// "* TCS FRAME RATE:" note gives, whether its FCM line asks for drop-frame,
+// and how many event lines it holds.
+std::string Trim(const std::string& text) {
+  const size_t first = text.find_first_not_of(" \t\r");
+  if (first == std::string::npos) return "";
+  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
 FileScan Scan(const std::string& path) {
   FileScan scan;
   std::ifstream in(path);
@@ -46,6 +54,10 @@ FileScan Scan(const std::string& path) {
     } else if (line.compare(first, 4, "FCM:") == 0) {
       scan.dropFrame = line.find("DROP") != std::string::npos &&
                        line.find("NON") == std::string::npos;
+    } else if (const size_t note = line.find("TCS FRAME RATE:"); note != std::string::npos &&
+                                                                 line[first] == '*') {
+      const std::optional<FrameRate> rate = ParseFrameRate(Trim(line.substr(note + 15)));
+      if (rate) scan.fps = rate->fps;
     }
   }
   return scan;
@@ -114,7 +126,7 @@ Timeline::Timeline(const std::string& path, std::optional<FrameRate> rate) : pat
     Fail(path + ": " + std::strerror(errno));
   }
   const FileScan scan = Scan(path);
-  rate_ = rate.value_or(FrameRate{30, scan.dropFrame});
+  rate_ = rate.value_or(FrameRate{scan.fps, scan.dropFrame && CanDropFrame(scan.fps)});
   showProgress_ = isatty(2) && scan.events >= kProgressEvents;
 
   EDLSETTINGS settings;

@@ -37,8 +37,9 @@ class ErrorLogCapture {
 
 class Timeline {
  public:
-  // Reads `path`; `rate` overrides the file's own rate (30 frames per
-  // second, drop-frame when the file says "FCM: DROP FRAME").
+  // Reads `path`; `rate` overrides the file's own rate (that of its
+  // "* TCS FRAME RATE:" note, else 30 frames per second; drop-frame when the
+  // file says "FCM: DROP FRAME").
   Timeline(const std::string& path, std::optional<FrameRate> rate);
   ~Timeline();
   Timeline(const Timeline&) = delete;
