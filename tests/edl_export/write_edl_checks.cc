@@ -31,23 +31,26 @@ struct Recording {
   std::vector<const EDLLINE*> line_addresses;
 } rec;
 
+const char kFormat[] = "%u-%u src %u-%u v%x a%x x%x %c%u/%u F%x w%x [%s|%s|%s|%s|%s]%s";
+
 // Every field of a line, the texts it points to, and whether the bytes the
 // export never writes are still 0.
 std::string Describe(const EDLLINE& l) {
   EDLLINE rest = l;
-  rest.clip.sourceIn = rest.clip.sourceOut = 0;
-  rest.clip.videoMask = rest.clip.audioMask = rest.clip.auxMask = 0;
-  rest.clip.clipName = rest.clip.name = rest.clip.comment = rest.clip.reel = rest.extraText =
-      nullptr;
+  rest.clip = CLIPINFO{0, 0, l.clip.sourceOrigin, l.clip.sourceEnd, {}, 0, 0, 0, nullptr, nullptr,
+                       nullptr, nullptr, {}};
+  std::memcpy(rest.clip.libReserved, l.clip.libReserved, sizeof rest.clip.libReserved);
+  std::memcpy(rest.clip.libTrailer, l.clip.libTrailer, sizeof rest.clip.libTrailer);
   rest.recordIn = rest.recordOut = rest.effectCode = rest.effectDuration = rest.lineFlags =
       rest.settingsWord = rest.transition = 0;
+  rest.extraText = nullptr;
   const EDLLINE zero{};
   char text[256];
-  std::snprintf(text, sizeof text, "%u-%u src %u-%u v%x a%x x%x %c%u/%u F%x w%x [%s|%s|%s|%s|%s]%s",
-                l.recordIn, l.recordOut, l.clip.sourceIn, l.clip.sourceOut, l.clip.videoMask,
-                l.clip.audioMask, l.clip.auxMask, l.transition, l.effectCode, l.effectDuration,
-                l.lineFlags, l.settingsWord, l.clip.clipName, l.clip.name, l.clip.comment,
-                l.clip.reel, l.extraText, std::memcmp(&rest, &zero, sizeof rest) ? " +junk" : "");
+  std::snprintf(text, sizeof text, kFormat, l.recordIn, l.recordOut, l.clip.sourceIn,
+                l.clip.sourceOut, l.clip.videoMask, l.clip.audioMask, l.clip.auxMask,
+                l.transition, l.effectCode, l.effectDuration, l.lineFlags, l.settingsWord,
+                l.clip.clipName, l.clip.name, l.clip.comment, l.clip.reel, l.extraText,
+                std::memcmp(&rest, &zero, sizeof rest) ? " +junk" : "");
   return text;
 }
 
@@ -81,11 +84,12 @@ uint32_t Draw(std::mt19937& rnd, uint32_t n) { return static_cast<uint32_t>(rnd(
 
 struct Laid {
   uint32_t channel, start, length, source_in;
-  std::string name, tag;  // tag: clip name, "R" reel, "c" comment
+  std::string name, tag;  // tag: the clip name; reel and comment derive from it
   uint32_t code = 0, duration = 0;
 };
 
-// Lays the clip; returns the line an event led by it should give.
+// Lays the clip; returns the line an event led by it, on `video` and
+// `audio`, should give.
 std::string Lay(CTimeCodeSpace* space, const Laid& c, uint32_t video, uint32_t audio) {
   auto clip = tcs_test::MakeClip(c.start, c.length, c.source_in, c.name.c_str());
   clip->SetClipName(c.tag.c_str());
@@ -93,25 +97,12 @@ std::string Lay(CTimeCodeSpace* space, const Laid& c, uint32_t video, uint32_t a
   clip->SetComment(("c" + c.tag).c_str());
   clip->SetEffect(c.code, nullptr, c.duration);
   EXPECT_EQ(tcsAddClip(space, clip.get(), c.channel), 0u);
-  EDLLINE l{};
-  l.recordIn = c.start;
-  l.recordOut = c.start + c.length;
-  l.clip.sourceIn = c.source_in;
-  l.clip.sourceOut = c.source_in + c.length;
-  l.clip.videoMask = video;
-  l.clip.audioMask = audio;
-  l.transition = clip->effectText[0] == '\0' ? 'C' : 'W';  // the export's cut/wipe rule
-  l.effectCode = c.code;
-  l.effectDuration = c.duration;
-  l.lineFlags = 0xFFF0;
-  l.settingsWord = 0x5A5A;
-  const std::string reel = "R" + c.tag, comment = "c" + c.tag;
-  l.clip.clipName = const_cast<char*>(c.tag.c_str());
-  l.clip.name = const_cast<char*>(c.name.c_str());
-  l.clip.comment = const_cast<char*>(comment.c_str());
-  l.clip.reel = const_cast<char*>(reel.c_str());
-  l.extraText = const_cast<char*>("");
-  return Describe(l);
+  char text[256];
+  std::snprintf(text, sizeof text, kFormat, c.start, c.start + c.length, c.source_in,
+                c.source_in + c.length, video, audio, 0, clip->effectText[0] ? 'W' : 'C', c.code,
+                c.duration, 0xFFF0, 0x5A5A, c.tag.c_str(), c.name.c_str(), ("c" + c.tag).c_str(),
+                ("R" + c.tag).c_str(), "", "");
+  return text;
 }
 
 // Slots of clips starting together on random walked channels, two sources a
