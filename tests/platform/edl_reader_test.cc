@@ -56,7 +56,7 @@ TEST(EdlReader, ReadsWhatOtherToolsWrite) {
       "* LOC: 01:00:06:00 RED     check this\r\n"
       "ASC_SOP (1.0 1.0 1.0)(0.0 0.0 0.0)(1.0 1.0 1.0)\r\n"
       "*ASC_SAT 1.0\r\n"
-      "003  TAPE01   V     C        01:00:00:00 01:00:00:00 01:00:07:00 01:00:07:00\r\n"
+      "003  TAPE01   V     C        01:00:00:00 01:00:00:10 01:00:07:00 01:00:07:00\r\n"
       "003  TAPE02   V     D    030 02:00:00:00 02:00:03:00 01:00:07:00 01:00:10:00\r\n"
       "EFFECTS NAME IS CROSS DISSOLVE\r\n"
       "* FROM CLIP NAME: outgoing.mov\r\n"
