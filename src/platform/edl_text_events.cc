@@ -111,7 +111,8 @@ bool EdlEventReader::OnEvent(std::string_view text) {
   if (fields.tracks.dropped) Warn(lineNumber_, "tracks above 32 ignored");
 
   Pending& p = pending_;
-  const bool zero_cut = p.edit == 'C' && p.times[2] == p.times[3] && p.times[0] == p.times[1];
+  // Some tools give the outgoing half a source length; its record is empty.
+  const bool zero_cut = p.edit == 'C' && p.times[2] == p.times[3];
   if (p.active && !p.pair && zero_cut && fields.number == p.number && fields.edit != 'C') {
     // The outgoing half of a transition: the incoming line is the event. A
     // FROM CLIP NAME seen so far named the outgoing clip.

@@ -56,7 +56,7 @@ TEST(EdlReader, ReadsWhatOtherToolsWrite) {
       "* LOC: 01:00:06:00 RED     check this\r\n"
       "ASC_SOP (1.0 1.0 1.0)(0.0 0.0 0.0)(1.0 1.0 1.0)\r\n"
       "*ASC_SAT 1.0\r\n"
-      "003  TAPE01   V     C        01:00:00:00 01:00:00:00 01:00:07:00 01:00:07:00\r\n"
+      "003  TAPE01   V     C        01:00:00:00 01:00:00:10 01:00:07:00 01:00:07:00\r\n"
       "003  TAPE02   V     D    030 02:00:00:00 02:00:03:00 01:00:07:00 01:00:10:00\r\n"
       "EFFECTS NAME IS CROSS DISSOLVE\r\n"
       "* FROM CLIP NAME: outgoing.mov\r\n"
@@ -105,14 +105,12 @@ TEST(EdlReader, ReadsWhatOtherToolsWrite) {
       "000002  reel_1   a2    d    010 00:00:00;00 00:00:01;00 00:10:00;12 00:10:01;12\r"
       "FCM: NON-DROP FRAME\n"
       "000003  BL       NONE  C        00:00:00:00 00:00:01:00 00:20:00:00 00:20:01:00\n"
-      "4 X1 A12 C 00:00:00:0000:00:02:00 00:30:00:0000:30:02:00\n"
-      "5 X1 A40 C 00:00:00:00 00:00:00:10 00:40:00:00 00:40:00:10\n";
+      "4 X1 A12 C 00:00:00:0000:00:02:00 00:30:00:0000:30:02:00\n";
   const std::vector<Event> df_expected = {
       {1798, 1810, 17982, 17994, 1, 0, 1, 15, "ABCDEFG.", "", "", "", EDLLINE_WIPE},
       {0, 30, 17994, 18024, 0, 2, 0, 10, "reel_1", "", "", "", EDLLINE_WIPE},
       {0, 30, 36000, 36030, 0, 0, 0, 0, "BL", "", "", ""},
       {0, 60, 54000, 54060, 0, 0x800, 0, 0, "X1", "", "", ""},
-      {0, 10, 72000, 72010, 0, 0, 0, 0, "X1", "", "", ""},
   };
   EXPECT_EQ(Read(df_tool, status), df_expected);
   EXPECT_EQ(status, TCS_OK);

@@ -1,0 +1,126 @@
+// EDL import: edlReadFile on a 100,000-event file against the floor, the same
+// events handed to _tcsAddEdlLine as lines already parsed; and the export of
+// the same space through tcsWriteEdl, against the translator's share of it.
+// Items are events (lines of the EDL).
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <unistd.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "tcs.h"
+
+namespace {
+
+constexpr int kEvents = 100000;
+
+// Events back to back on V and A1 (a "B" track field), each with a name and
+// a reel, every tenth with a dissolve and a comment.
+struct Events {
+  std::vector<EDLLINE> lines;
+  std::vector<std::string> texts;  // the buffers the lines point into
+  std::string path;
+
+  Events() : path("/tmp/tcs_edl_import_bench_" + std::to_string(getpid()) + ".edl") {
+    texts.reserve(kEvents * 3);
+    lines.resize(kEvents);
+    uint32_t record = 108000;
+    for (int i = 0; i < kEvents; ++i) {
+      EDLLINE& line = lines[i];
+      line = EDLLINE{};
+      const uint32_t length = 20 + uint32_t(i % 97);
+      line.clip.sourceIn = 90000 + uint32_t(i % 1000) * 300;
+      line.clip.sourceOut = line.clip.sourceIn + length;
+      line.clip.videoMask = 1;
+      line.clip.audioMask = 1;
+      line.recordIn = record;
+      line.recordOut = record + length;
+      record += length;
+      texts.push_back("Clip_" + std::to_string(i) + ".mov");
+      line.clip.name = texts.back().data();
+      texts.push_back("A" + std::to_string(i % 500) + "C00" + std::to_string(i % 7));
+      line.clip.reel = texts.back().data();
+      if (i % 10 == 0) {
+        texts.push_back("checked by editor");
+        line.clip.comment = texts.back().data();
+        line.transition = EDLLINE_WIPE;
+        line.effectDuration = 10;
+      } else {
+        line.transition = EDLLINE_CUT;
+      }
+    }
+    void* file = edlOpen(path.c_str(), EDL_ACCESS_WRITE, EDL_CREATE_ALWAYS, nullptr);
+    for (const EDLLINE& line : lines) edlWriteLine(file, &line);
+    edlClose(file);
+  }
+  ~Events() { std::remove(path.c_str()); }
+};
+
+const Events& TheEvents() {
+  static const Events events;
+  return events;
+}
+
+void ImportFile(CTimeCodeSpace* space, const Events& events) {
+  benchmark::DoNotOptimize(edlReadFile(space, events.path.c_str(), nullptr));
+}
+
+void AddLines(CTimeCodeSpace* space, const Events& events) {
+  uint64_t tag = 0;
+  for (const EDLLINE& line : events.lines) _tcsAddEdlLine(space, &line, ++tag);
+}
+
+// Each iteration fills a fresh space. One untimed fill first, so that both
+// benchmarks find the heap's pages already mapped: the first touch of a
+// gigabyte of clip records would otherwise dwarf what is measured.
+void Fill(benchmark::State& state, void (*fill)(CTimeCodeSpace*, const Events&)) {
+  const Events& events = TheEvents();
+  CTimeCodeSpace* warm = tcsOpen(nullptr, nullptr, nullptr);
+  fill(warm, events);
+  tcsClose(warm);
+  for (auto _ : state) {
+    CTimeCodeSpace* space = tcsOpen(nullptr, nullptr, nullptr);
+    fill(space, events);
+    state.PauseTiming();
+    tcsClose(space);
+    state.ResumeTiming();
+  }
+  state.SetItemsProcessed(state.iterations() * kEvents);
+}
+
+void BM_ImportEdlFile(benchmark::State& state) { Fill(state, &ImportFile); }
+void BM_AddParsedLines(benchmark::State& state) { Fill(state, &AddLines); }
+
+void BM_WriteEdl(benchmark::State& state) {
+  const Events& events = TheEvents();
+  CTimeCodeSpace* space = tcsOpen(nullptr, nullptr, nullptr);
+  edlReadFile(space, events.path.c_str(), nullptr);
+  const std::string out = events.path + ".out";
+  for (auto _ : state) benchmark::DoNotOptimize(tcsWriteEdl(space, out.c_str(), 0, nullptr));
+  tcsClose(space);
+  std::remove(out.c_str());
+  state.SetItemsProcessed(state.iterations() * kEvents);
+}
+
+// The translator's share of an export: the same lines formatted and written.
+void BM_WriteLines(benchmark::State& state) {
+  const Events& events = TheEvents();
+  const std::string out = events.path + ".lines";
+  for (auto _ : state) {
+    void* file = edlOpen(out.c_str(), EDL_ACCESS_WRITE, EDL_CREATE_ALWAYS, nullptr);
+    for (const EDLLINE& line : events.lines) edlWriteLine(file, &line);
+    edlClose(file);
+  }
+  std::remove(out.c_str());
+  state.SetItemsProcessed(state.iterations() * kEvents);
+}
+
+BENCHMARK(BM_ImportEdlFile)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_AddParsedLines)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_WriteEdl)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_WriteLines)->Unit(benchmark::kMillisecond);
+
+}  // namespace
