@@ -30,6 +30,7 @@ TEST(Registry, SharingCountsOpensAndTheLastCloseEmptiesTheSpace) {
   // The longest path that fits is kept whole; one longer opens nothing.
   const std::string fits(4095, 'a');
   tcs_test::OpenedSpace long_path(fits.c_str());
+  ASSERT_NE(long_path.get(), nullptr);
   EXPECT_EQ(std::string(long_path->fileName), fits);
   EXPECT_EQ(tcsOpen(nullptr, nullptr, (fits + 'a').c_str()), nullptr);
   EXPECT_EQ(dlTCS.count, open_before + 2);
