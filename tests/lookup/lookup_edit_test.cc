@@ -47,8 +47,6 @@ TEST(LookupEdit, EditsTable) {
       // Tail, inside (its record leaves through the delete notification), head.
       {{{0, 12, 100}, {12, 3, 200}, {15, 10, 300}}, Modify(10, 20, kBlank),
        {{0, 10, 100, 110}, {20, 5, 305, 310}}, {0, 1, 2}},
-      // A zero-length blank at a play clip's start leaves it alone.
-      {{{10, 20, 0}}, Modify(10, 10, kBlank | TCS_EDIT_RIPPLE), {{10, 20, 0, 20}}, {0, 0, 1}},
       // The walk stops where an end wraps past 2^32: [100, 200) moves once.
       {{{100, 0xFFFFFFF0u, 0}}, Modify(200, 210, kDelete),
        {{100, 100, 0, 100}, {200, 0xFFFFFFF0u - 110, 110, 0xFFFFFFF0u}}, {1, 0, 2}},
