@@ -86,7 +86,9 @@ unsigned int tcsClipActive(CTimeCodeSpace* space) {
 unsigned int tcsTranslate(CTimeCodeSpace* space, unsigned int mode, unsigned int timecode,
                           CClip** clipOut, unsigned int channel) {
   if (!tcs::IsOpenSpace(space)) return tcs::LogStatus(TCS_ERR_BAD_HANDLE);
-  CPlayClip pc;
+  // Every query that finds a play clip overwrites all of pc; only then is
+  // its record read.
+  CPlayClip pc{CTCRange::TextUnset{}};
   uint32_t result = space->Translate(timecode, pc, channel);
   if ((mode & 1u) != 0 && result == tcs::kNotFound) {
     result = space->FindPlayClip(mode, timecode, pc, channel);
