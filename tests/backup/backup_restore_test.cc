@@ -12,10 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "backup/backup_api.h"
 #include "support/log_capture.h"
 #include "support/temp_dir.h"
-#include "support/test_clips.h"
 
 namespace {
 
@@ -113,22 +111,6 @@ TEST(BackupRestore, FailedCopyKeepsItsSource) {
   EXPECT_EQ(std::filesystem::file_size(folder.File(0)), 0x100000000u);
   std::filesystem::resize_file(folder.File(0), 0);
   EXPECT_EQ(folder.Read(), (Layout{{kOwn, "space"}, {-1, "old"}, {0, ""}, {1, "B"}}));
-}
-
-// A null or closed space: the count answers 0, the restore refuses; both log
-// the handle status and touch nothing.
-TEST(BackupApi, BadSpacesAreRefusedAndLogged) {
-  tcs_test::OpenedSpace closed;
-  ASSERT_EQ(closed.Close(), 0u);
-  for (CTimeCodeSpace* space : {static_cast<CTimeCodeSpace*>(nullptr), closed.get()}) {
-    LogCapture log;
-    char restored[4096] = "untouched";
-    EXPECT_EQ(tcsGetNumberOfBackUpsAvailable(space), 0u);
-    EXPECT_EQ(tcsSetBackUpRestore(space, 1, restored), TCS_ERR_BAD_HANDLE);
-    EXPECT_STREQ(restored, "untouched");
-    EXPECT_EQ(log.Lines(),
-              (std::vector<std::string>{"TCSpace(0xA8080004)", "TCSpace(0xA8080004)"}));
-  }
 }
 
 }  // namespace

@@ -46,8 +46,8 @@ struct Clock {
   }
 };
 
-// Every frame of the whole timeline (and past 24 hours) at 29.97 drop-frame,
-// and a few hours at 59.94, 24, 25 and 30, agree with the clock both ways.
+// The whole timeline (past 24 hours) at 29.97 drop-frame, and a few hours at
+// 59.94, 24, 25 and 30, agree with the clock both ways.
 TEST(EdlTimecode, MatchesAClockFrameByFrame) {
   struct Case {
     TimecodeRate rate;
@@ -62,6 +62,10 @@ TEST(EdlTimecode, MatchesAClockFrameByFrame) {
     SCOPED_TRACE(c.rate.fps);
     Clock clock{c.rate.fps, c.drop};
     for (uint32_t frame = 0; frame < c.frames; ++frame, clock.Tick()) {
+      // The clock runs through every frame; the text is checked where a
+      // minute turns (where frame numbers are dropped) and at every 61st.
+      const bool turning = (clock.s == 0 && clock.f < 6) || (clock.s == 59 && clock.f + 3 >= clock.fps);
+      if (!turning && frame % 61 != 0) continue;
       char text[kMaxTimecodeText];
       const std::string_view view(text, FormatTimecode(frame, c.rate, text));
       size_t pos = 0;

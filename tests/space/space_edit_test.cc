@@ -164,20 +164,24 @@ TEST(SpaceEdit, RebuildGivesBackThePlayClipsOfNonOverlappingRecords) {
   }
 }
 
+// Replacing the current clip leaves its record listed without a play clip, so
+// the list can hold overlapping records of one channel; a rebuild replays
+// them in list order, the later over the earlier, and does not replay the
+// piece that this splits off.
 TEST(SpaceEdit, RebuildLaysALaterOverlappingRecordOverAnEarlierOne) {
   tcs_test::OpenedSpace space;
-  CClip* early = space->AddClip(0, MakeClip(0, 100, 500).get(), 0);
-  // Listed later but placed without cutting the earlier play clip: as a
-  // lookup of its own would, through a channel that is then moved.
-  CClip* late = space->AddClip(0, MakeClip(40, 20, 900).get(), 1);
-  late->channel = 0;
+  ASSERT_EQ(tcsAddClip(space.get(), MakeClip(0, 100, 500).get(), 0), TCS_OK);
+  CClip* early = nullptr;
+  ASSERT_EQ(tcsFindClip(space.get(), 0x10, 45, &early, 0), 0u);
+  ASSERT_EQ(tcsSetCurClip(space.get(), MakeClip(40, 20, 900).get()), TCS_OK);
+  ASSERT_EQ(tcsAddClip(space.get(), MakeClip(200, 10, 0).get(), 0), TCS_OK);
+  ASSERT_EQ(ListedClips(*space).size(), 3u);
   space->RebuildLookup();
-  EXPECT_EQ(PlaySpans(*space, 0), (Spans{{0, 40, 500}, {40, 20, 900}, {60, 40, 560}}));
-  CPlayClip out;
-  EXPECT_EQ(space->FindPlayClip(0x70, 70, out, 0), 570u);  // the split-off piece
-  EXPECT_EQ(space->FindPlayClip(0x70, 45, out, 0), 905u);
+  EXPECT_EQ(PlaySpans(*space, 0),
+            (Spans{{0, 40, 500}, {40, 20, 900}, {60, 40, 560}, {200, 10, 0}}));
   EXPECT_EQ(early->length, 40u);
-  EXPECT_EQ(ListedClips(*space).size(), 3u);
+  EXPECT_EQ(ListedClips(*space).size(), 4u);
+  space->CheckInvariants();
 }
 
 TEST(SpaceEdit, TranslateFallsBackToTheSearchOnlyWithBitZero) {

@@ -32,8 +32,6 @@ FakeClock::~FakeClock() { vsyncSetClock(nullptr); }
 
 void FakeClock::Set(unsigned int ms) { fake_now = ms; }
 
-void FakeClock::Advance(unsigned int ms) { fake_now += ms; }
-
 void NotificationLog::Install(CTimeCodeSpace* space) {
   tcsSetAddCallback(space, this, &NotificationLog::OnAdd);
   tcsSetDelCallback(space, this, &NotificationLog::OnDel);

@@ -13,7 +13,7 @@
 
 namespace tcs_test {
 
-// A space opened with tcsOpen and closed on destruction (unless already closed).
+// A space opened with tcsOpen and closed on destruction.
 class OpenedSpace {
  public:
   explicit OpenedSpace(const char* path = nullptr) : space_(tcsOpen(nullptr, nullptr, path)) {}
@@ -26,15 +26,9 @@ class OpenedSpace {
   CTimeCodeSpace* get() const { return space_; }
   CTimeCodeSpace* operator->() const { return space_; }
   CTimeCodeSpace& operator*() const { return *space_; }
-  // Closes now; the destructor then does nothing.
-  unsigned int Close() {
-    const unsigned int status = tcsClose(space_);
-    space_ = nullptr;
-    return status;
-  }
 
  private:
-  CTimeCodeSpace* space_;
+  CTimeCodeSpace* const space_;
 };
 
 // A record at [start, start + length) playing source frames from source_in.
@@ -49,7 +43,6 @@ class FakeClock {
   FakeClock(const FakeClock&) = delete;
   FakeClock& operator=(const FakeClock&) = delete;
   void Set(unsigned int ms);
-  void Advance(unsigned int ms);
 };
 
 // Records what the host's add and delete notifications were told. Install()
