@@ -90,6 +90,10 @@ class TCS_EXPORT CTCLookup {
   // The play clip at t or, in a gap, the previous, next or nearest one, as
   // the mode word says; returns the value its selector picks, or 0x80000001.
   uint32_t FindPlayClip(uint32_t mode, uint32_t t, CPlayClip& out) const;
+  // The same search without the copy: `chosen` receives the play clip the
+  // search settled on (end() when none), which the other form copies out
+  // whatever the result; a source-frame result may still read 0x80000001.
+  uint32_t FindPlayClip(uint32_t mode, uint32_t t, Position& chosen) const;
 
   // --- Range edits.
   void BlankRange(const CTCRange& r);
