@@ -15,14 +15,15 @@
 // reported at most once at a cursor position; a channel marked on entry is
 // passed over until the cursor moves on by a restart, which clears the marks.
 //
-// CAVEATS: a sweep that finds an event past the cursor but before the limit
-// moves the cursor without a restart, so the marks of the earlier position
-// are carried along. A carried channel is still passed over, and a clip of
-// its own that starts before the next restart is never reported. With X
-// [0, 10) and X2 [10, 20) on channel 0, Y [5, 100) on channel 1 and Z
-// [10, 30) on channel 2, the walk reports X at 0, Y at 5 (channel 0
-// carried), Z at 10 (channel 0 carried: X2 is passed over), then restarts
-// at 11, where X2 lies behind the cursor, and ends.
+// CAVEATS: a sweep that finds an event past the cursor but before the end
+// of the event last reported moves the cursor without a restart, so the
+// marks of the earlier position are carried along. A carried channel is
+// still passed over, and a clip of its own that starts before the next
+// restart is never reported. With X [0, 10) and X2 [10, 20) on channel 0,
+// Y [5, 100) on channel 1 and Z [10, 30) on channel 2, the walk reports X
+// at 0, Y at 5 (channel 0 carried), Z at 10 (channel 0 carried: X2 is
+// passed over), then restarts at 11, where X2 lies behind the cursor, and
+// ends.
 // A timeline on which no clip starts inside another searched channel's clip
 // never moves the cursor that way, and its walk reports every clip.
 #ifndef TCS_COMMAND_CLIP_WALK_H_

@@ -16,8 +16,9 @@ extern "C" {
 
 // Writes the space as an EDL file at `path`, one line per event of the clip
 // walk. An old file at `path` is deleted first. `settings` null: the
-// translator's defaults. 0, or 0xFFFFFFFF when the translator cannot open the
-// file. Nothing is logged.
+// translator's defaults. 0, or 0xFFFFFFFF (not logged) when the translator
+// cannot open the file. A space that is not open: 0xA8080004, logged, and the
+// old file is left alone.
 TCS_EXPORT uint32_t tcsWriteEdl(CTimeCodeSpace* space, const char* path, uint64_t reserved,
                                 const EDLSETTINGS* settings);
 

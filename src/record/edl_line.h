@@ -47,8 +47,11 @@ typedef struct CTimeCodeSpace CTimeCodeSpace;
 // record length taken from the source points. 0, or 0xA8080005 for a null
 // space.
 TCS_EXPORT uint32_t _tcsAddEdlLine(CTimeCodeSpace* space, const EDLLINE* line, uint64_t tag);
-// Fills `line` with the clip at the space's line cursor; a nonzero `first`
-// restarts the cursor. 0, or 0xA8080005 for a null space or line.
+// Fills `line` with one play clip on one channel; a nonzero `first`
+// restarts the cursor. Later calls give the following play clips, by start
+// and then channel upwards, each once; when none is left the line has
+// recordIn and recordOut 0x80000001 and no channel bit, and the next call
+// starts over. 0, or 0xA8080005 for a null space or line.
 TCS_EXPORT uint32_t _tcsGetEdlLine(CTimeCodeSpace* space, EDLLINE* line, uint64_t reserved,
                                    uint32_t first);
 

@@ -91,9 +91,15 @@ class TCS_EXPORT CTimeCodeSpace {
   // or a listed record: removing that record from the list clears both.
   uint8_t clipActive = 0;
   CPlayClip currentPlayClip;
-  // Where the EDL line reader resumes.
+  // The EDL line cursor (see edl/edl_line_cursor.h). Until a line has been
+  // given since the last reset, edlLineTime/edlLineChannel are where the
+  // scan starts; afterwards they are the start and channel of the last line
+  // given, and edlFirstLine* those of the first. Unlocked, like
+  // currentPlayClip, which the line reader shares with the clip search.
   uint32_t edlLineTime = 0;
   uint32_t edlLineChannel = 0;
+  uint32_t edlFirstLineTime = 0;
+  uint32_t edlFirstLineChannel = 0xFFFFFFFFu;  // 0xFFFFFFFF: no line given since the reset
   // The host's notifications. Called with lock held; they may re-enter the
   // space on the same thread. Unlocked: set while no other call runs.
   TcsClipCallback delClipCallback = nullptr;

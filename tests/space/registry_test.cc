@@ -40,18 +40,13 @@ TEST(Registry, SharingCountsOpensAndTheLastCloseEmptiesTheSpace) {
   EXPECT_EQ(log.deleted.size(), 3u);  // one notification per remaining record
 }
 
-TEST(Registry, ClosingAnUnknownHandleIsLoggedUnlessNothingIsOpen) {
+// With spaces open, an unknown handle is refused and logged (the bad-input
+// table); with none open, closing it is a quiet no-op.
+TEST(Registry, ClosingAnUnknownHandleWhileNothingIsOpenIsQuiet) {
   LogCapture log;
-  CTimeCodeSpace* stranger = reinterpret_cast<CTimeCodeSpace*>(0x1000);
   ASSERT_EQ(dlTCS.count, 0u);
-  EXPECT_EQ(tcsClose(stranger), TCS_OK);
+  EXPECT_EQ(tcsClose(reinterpret_cast<CTimeCodeSpace*>(0x1000)), TCS_OK);
   EXPECT_TRUE(log.Lines().empty());
-  tcs_test::OpenedSpace open;
-  EXPECT_EQ(tcsClose(stranger), TCS_ERR_BAD_HANDLE);
-  CTimeCodeSpace* closed = tcsOpen(nullptr, nullptr, nullptr);
-  ASSERT_EQ(tcsClose(closed), TCS_OK);
-  EXPECT_EQ(tcsClose(closed), TCS_ERR_BAD_HANDLE);
-  EXPECT_EQ(log.Lines(), std::vector<std::string>(2, "TCSpace(0xA8080004)"));
 }
 
 TEST(Registry, APathThatDoesNotFitIsRefusedNotCut) {
@@ -67,48 +62,6 @@ TEST(Registry, APathThatDoesNotFitIsRefusedNotCut) {
   // Sharing ignores the path altogether, so it cannot fail on it.
   EXPECT_EQ(tcsOpen(space.get(), nullptr, too_long.c_str()), space.get());
   EXPECT_EQ(tcsClose(space.get()), TCS_OK);
-}
-
-TEST(Registry, EntryPointsRefuseHandlesThatAreNotOpen) {
-  LogCapture log;
-  tcs_test::OpenedSpace keep_registry_busy;
-  CTimeCodeSpace* closed = tcsOpen(nullptr, nullptr, nullptr);
-  ASSERT_EQ(tcsClose(closed), TCS_OK);
-  auto clip = MakeClip(0, 10);
-  CClip* found = clip.get();
-  for (CTimeCodeSpace* bad : {static_cast<CTimeCodeSpace*>(nullptr), closed}) {
-    log.Clear();
-    EXPECT_EQ(tcsAddClip(bad, clip.get(), 0), TCS_ERR_BAD_HANDLE);
-    EXPECT_EQ(tcsTranslate(bad, 0, 5, &found, 0), TCS_ERR_BAD_HANDLE);
-    EXPECT_EQ(found, clip.get());  // not written
-    EXPECT_EQ(tcsSetCurClip(bad, clip.get()), TCS_ERR_NULL_SPACE);
-    EXPECT_EQ(tcsGetCurClip(bad, clip.get()), TCS_ERR_NULL_SPACE);
-    EXPECT_EQ(tcsClipActive(bad), 0u);
-    EXPECT_EQ(tcsSetAddCallback(bad, nullptr, nullptr), TCS_ERR_SETTER_NULL_SPACE);
-    EXPECT_EQ(tcsSetDelCallback(bad, nullptr, nullptr), TCS_ERR_SETTER_NULL_SPACE);
-    EXPECT_EQ(tcsSetChangeCallback(bad, nullptr, nullptr), TCS_OK);
-    // The backup count has no status of its own: it answers 0.
-    char restored[4096] = "untouched";
-    EXPECT_EQ(tcsGetNumberOfBackUpsAvailable(bad), 0u);
-    EXPECT_EQ(tcsSetBackUpRestore(bad, 1, restored), TCS_ERR_BAD_HANDLE);
-    EXPECT_STREQ(restored, "untouched");
-    EXPECT_EQ(log.Lines(), (std::vector<std::string>{
-                               "TCSpace(0xA8080004)", "TCSpace(0xA8080004)",
-                               "TCSpace(0xA8080005)", "TCSpace(0xA8080005)",
-                               "clsSetAddCallback(0xE8090004)", "clsSetDelCallback(0xE8090004)",
-                               "TCSpace(0xA8080004)", "TCSpace(0xA8080004)"}));
-  }
-  // The command interface: a closed handle is refused too, never walked.
-  log.Clear();
-  TCSCMD record{};
-  record.type = TCSCMD_TYPE;
-  record.command = TCSCMD_GET;
-  record.subCommand = TCSSUB_NEXT;
-  EXPECT_EQ(tcsSetMode(closed, &record), TCS_ERR_BAD_HANDLE);
-  EXPECT_EQ(tcsFindClip(closed, 0x18, 0, &found, 0), tcs::kNotFound);
-  EXPECT_EQ(tcsFindNextClip(closed, &record, 0, nullptr), tcs::kNotFound);
-  EXPECT_EQ(record.position, 0xFFFFFFFFu);
-  EXPECT_EQ(log.Lines(), std::vector<std::string>(2, "TCSpace(0xA8080004)"));
 }
 
 // Under LeakSanitizer (and valgrind) this proves the teardown frees all.

@@ -1,0 +1,254 @@
+// The line exchange: lines imported onto their channels, and lines pulled
+// one by one, checked against every channel's play clips listed by brute force.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <random>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "support/log_capture.h"
+#include "support/test_clips.h"
+#include "tcs.h"
+
+namespace {
+
+constexpr uint32_t kNoMore = 0x80000001u;
+
+uint32_t Draw(std::mt19937& rnd, uint32_t n) { return static_cast<uint32_t>(rnd() % n); }
+// A channel's play clips: start, length, record.
+std::vector<std::tuple<uint32_t, uint32_t, const CClip*>> PlayClips(const CTimeCodeSpace& space,
+                                                                    uint32_t channel) {
+  std::vector<std::tuple<uint32_t, uint32_t, const CClip*>> clips;
+  if (const CTCLookup* lookup = space.LookupOf(channel)) {
+    for (const auto& node : *lookup) clips.emplace_back(node.start, node.length, node.clip);
+  }
+  return clips;
+}
+bool HasBit(const uint32_t* masks, uint32_t c) { return (masks[c / 32] >> c % 32) & 1; }
+
+// recordOut and auxMask are never read: they hold junk here.
+EDLLINE Line(uint32_t record_in, uint32_t source_in, uint32_t source_out, uint32_t video = 1,
+             uint32_t audio = 0) {
+  EDLLINE line{};
+  line.recordIn = record_in;
+  line.recordOut = record_in + 7;
+  line.clip = {source_in, source_out, 0, 0, {}, video, audio, 0xFFFFFFFF, nullptr, nullptr,
+               nullptr, nullptr, {}};
+  return line;
+}
+
+TEST(EdlLineImport, OneCopyPerNamedChannelWithTheLinesMasksAndTag) {
+  std::mt19937 rnd(301);
+  tcs_test::OpenedSpace space;
+  std::vector<EDLLINE> lines;
+  for (uint32_t i = 0; i < 12; ++i) {  // line 0: video 0x5, audio 0x1
+    uint32_t masks[2] = {i == 0 ? 0x5u : 0, i == 0 ? 0x1u : 0};
+    for (uint32_t c = 0; c < 64 && i != 0; ++c) {
+      masks[c / 32] |= Draw(rnd, 8) == 0 ? 1u << c % 32 : 0;
+    }
+    lines.push_back(Line(1000 * i, 50, 150, masks[0], masks[1]));
+    ASSERT_EQ(_tcsAddEdlLine(space.get(), &lines.back(), 0xABC00 + i), 0u);
+  }
+  for (uint32_t c = 0; c < 96; ++c) {
+    std::vector<uint32_t> expected, got;
+    for (uint32_t i = 0; i < lines.size(); ++i) {
+      if (c < 64 && HasBit(&lines[i].clip.videoMask, c)) expected.push_back(i);
+    }
+    for (const auto& [start, length, record] : PlayClips(*space, c)) {
+      const uint32_t i = start / 1000;
+      got.push_back(i);
+      const CClip& r = *record;
+      EXPECT_EQ((std::tuple{r.length, r.videoMask, r.audioMask, r.hostTag}),
+                (std::tuple{100u, c < 32 ? lines[i].clip.videoMask : 0u, lines[i].clip.audioMask,
+                            uint64_t{0xABC00 + i}}))
+          << "channel " << c;
+    }
+    EXPECT_EQ(got, expected) << "channel " << c;
+  }
+}
+
+TEST(EdlLineImport, RangeFromTheSourcePointsAndTransitionFromTheCode) {
+  struct Case {
+    uint32_t record_in, source_in, source_out, code, duration;
+    uint32_t start, length, want_duration;
+    const char* text;
+  } const cases[] = {
+      {100, 1000, 1250, 0, 0, 100, 250, 0, ""},
+      {10692006, 0, 500, 1, 10, 10692000, 1, 10, "Horizontal"},
+      {20000000, 0, 10692000, 1, 0, 10692000, 10692000, 0, ""},
+      {10691990, 0, 100, 1, 0xFFFFFFFF, 10691990, 11, 20, "Horizontal"},
+      {0, 5, 4, 47, 3, 0, 10692001, 3, "Cross"},    // wraps past the end: cut
+      {100, 1, 0, 9, 10, 100, 0xFFFFFFFF, 10, ""},  // wraps round to 99: kept
+  };
+  for (const Case& c : cases) {
+    tcs_test::OpenedSpace space;
+    EDLLINE line = Line(c.record_in, c.source_in, c.source_out);
+    line.effectCode = c.code;
+    line.effectDuration = c.duration;
+    line.transition = 'W';  // never read
+    ASSERT_EQ(_tcsAddEdlLine(space.get(), &line, 0), 0u);
+    const auto listed = tcs_test::ListedClips(*space);
+    ASSERT_EQ(listed.size(), 1u);
+    const CClip& r = *listed[0];
+    EXPECT_EQ((std::tuple{r.start, r.length, r.effectCode, r.effectDuration,
+                          std::string(r.effectText)}),
+              (std::tuple{c.start, c.length, c.code, c.want_duration, std::string(c.text)}))
+        << "recordIn " << c.record_in;
+  }
+}
+
+unsigned int RefuseFirst(void* count, CTimeCodeSpace*, CClip*) {
+  return (*static_cast<int*>(count))++ == 0 ? 1 : 0;
+}
+
+// Bad handles add nothing; a refused channel is logged and the others go on.
+TEST(EdlLineImport, BadHandlesAndRefusedChannels) {
+  tcs_test::LogCapture log;
+  EDLLINE line = Line(0, 0, 10, 0x5, 0x1);
+  tcs_test::OpenedSpace space;  // first: a space opened later could reuse the closed address
+  CTimeCodeSpace* closed = tcsOpen(nullptr, nullptr, nullptr);
+  tcsClose(closed);
+  EXPECT_EQ((std::array{_tcsAddEdlLine(nullptr, &line, 0), _tcsAddEdlLine(closed, &line, 0),
+                        _tcsAddEdlLine(space.get(), nullptr, 0)}),
+            (std::array{0xA8080005u, 0xA8080005u, 0xA8080005u}));
+  EXPECT_EQ(log.Lines(), std::vector<std::string>(3, "TCSpace(0xA8080005)"));
+  log.Clear();
+  int adds = 0;
+  tcsSetAddCallback(space.get(), &adds, &RefuseFirst);
+  EXPECT_EQ(_tcsAddEdlLine(space.get(), &line, 0), 0u);
+  EXPECT_EQ(log.Lines(), std::vector<std::string>{"TCSpace(0xA808F01A)"});
+  EXPECT_EQ((std::array{tcs_test::ListedClips(*space).size(), space->LookupOf(2)->size(),
+                        space->LookupOf(32)->size()}),
+            (std::array<size_t, 3>{2, 1, 1}));
+}
+
+// A play clip as a line shows it: channel, record in and out, source in and
+// out, name.
+using Seen = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t, uint32_t, std::string>;
+bool ByStartThenChannel(const Seen& a, const Seen& b) {
+  return std::tie(std::get<1>(a), std::get<0>(a)) < std::tie(std::get<1>(b), std::get<0>(b));
+}
+
+// Pulls lines up to the end marker, checking on the way what a line must
+// never change: the five text pointers, the comment/reel/extra buffers, the
+// bytes after clipName's limit of 9.
+std::vector<Seen> Pull(CTimeCodeSpace* space, uint32_t first, size_t max) {
+  char clip_name[16], name[64], keep[3][5] = {"keep", "keep", "keep"};
+  std::vector<Seen> seen;
+  for (size_t i = 0; i <= max; ++i) {
+    std::fill(std::begin(clip_name), std::end(clip_name), 'x');
+    EDLLINE line{};
+    line.clip = {0, 0, 0, 0, {}, 0, 0, 0, clip_name, name, keep[0], keep[1], {}};
+    line.extraText = keep[2];
+    line.effectCode = line.lineFlags = 77;
+    EXPECT_EQ(_tcsGetEdlLine(space, &line, 0, i == 0 ? first : 0), 0u);
+    using Pointers = std::array<const void*, 5>;  // copied out: the fields are unaligned
+    EXPECT_EQ((Pointers{line.clip.clipName, line.clip.name, line.clip.comment, line.clip.reel,
+                        line.extraText}),
+              (Pointers{clip_name, name, keep[0], keep[1], keep[2]}));
+    EXPECT_EQ(std::string(keep[0]) + keep[1] + keep[2] + std::string(clip_name + 9, 7),
+              "keepkeepkeepxxxxxxx");
+    EXPECT_EQ(line.effectCode | line.lineFlags, 0u);
+    const uint32_t* masks = &line.clip.videoMask;
+    std::vector<uint32_t> channels;
+    for (uint32_t c = 0; c < 96; ++c) if (HasBit(masks, c)) channels.push_back(c);
+    if (line.recordIn == kNoMore) {
+      EXPECT_EQ((std::tuple{line.recordOut, channels.size()}), (std::tuple{kNoMore, 0u}));
+      return seen;
+    }
+    EXPECT_EQ(channels.size(), 1u);
+    seen.emplace_back(channels.empty() ? 999 : channels[0], line.recordIn, line.recordOut,
+                      line.clip.sourceIn, line.clip.sourceOut, name);
+  }
+  ADD_FAILURE() << "no end after " << max << " lines";
+  return seen;
+}
+
+// Random clips on random channels. The first line: the highest channel with
+// a clip at frame 0, else channel 0's first clip, else the first play clip
+// by start and channel; then every other play clip by start and channel,
+// once; then the end, after which the pull starts over.
+TEST(EdlLinePull, EveryPlayClipOnceAfterTheScansChoice) {
+  tcs_test::LogCapture log;
+  std::map<std::string, int> first_rules;
+  for (uint32_t seed = 1; seed <= 40; ++seed) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 rnd(seed);
+    tcs_test::OpenedSpace space;
+    const uint32_t kind = seed % 3;  // 0: clips at frame 0; 1: none; 2: none, none on channel 0
+    for (uint32_t i = 0, n = seed == 3 ? 0 : 1 + Draw(rnd, 25); i < n; ++i) {
+      uint32_t channel = Draw(rnd, 4) == 0 ? Draw(rnd, 96) : std::array{0u, 2u, 32u}[Draw(rnd, 3)];
+      if (kind == 2 && channel == 0) channel = 95;
+      const uint32_t start = kind == 0 && Draw(rnd, 3) == 0 ? 0 : 1 + Draw(rnd, 400);
+      const std::string name = "n" + std::to_string(i);
+      auto clip = tcs_test::MakeClip(start, 1 + Draw(rnd, 80), 100 * i, name.c_str());
+      ASSERT_EQ(tcsAddClip(space.get(), clip.get(), channel), 0u);
+    }
+    std::vector<Seen> expected;
+    for (uint32_t c = 0; c < 96; ++c) {
+      for (const auto& [start, length, record] : PlayClips(*space, c)) {
+        const char* name = record->name;  // by value: the field is unaligned
+        expected.emplace_back(c, start, start + length, record->sourceIn,
+                              record->sourceIn + record->length, name);
+      }
+    }
+    std::sort(expected.begin(), expected.end(), ByStartThenChannel);
+    auto lead = std::find_if(expected.rbegin(), expected.rend(),
+                             [](const Seen& s) { return std::get<1>(s) == 0; }).base();
+    if (lead != expected.begin()) {
+      ++first_rules["highest at 0"];
+      --lead;
+    } else {
+      lead = std::find_if(expected.begin(), expected.end(),
+                          [](const Seen& s) { return std::get<0>(s) == 0; });
+      ++first_rules[lead != expected.end() ? "channel 0" : expected.empty() ? "empty" : "order"];
+      if (lead == expected.end()) lead = expected.begin();
+    }
+    if (lead != expected.end()) std::rotate(expected.begin(), lead, lead + 1);
+    EXPECT_EQ(Pull(space.get(), 1, expected.size() + 2), expected);
+    EXPECT_EQ(Pull(space.get(), 0, expected.size() + 2), expected);  // over again
+    if (expected.size() > 2) {  // two lines, a null line that moves nothing, the rest
+      EDLLINE line{};
+      EXPECT_EQ((std::array{_tcsGetEdlLine(space.get(), &line, 0, 1),
+                            _tcsGetEdlLine(space.get(), &line, 0, 0),
+                            _tcsGetEdlLine(space.get(), nullptr, 0, 0)}),
+                (std::array{0u, 0u, 0xA8080005u}));
+      EXPECT_EQ(Pull(space.get(), 0, expected.size()),
+                std::vector<Seen>(expected.begin() + 2, expected.end()));
+    }
+  }
+  EXPECT_EQ(first_rules.size(), 4u);
+}
+
+// Nothing on channel 0 nor at frame 0: the scan's lookup finds nothing while
+// the scratch play clip still names a record that is gone (ASan sees any
+// read of it). The line is the first play clip instead; its name is cut to
+// the buffer's 4096 bytes.
+TEST(EdlLinePull, NeverFromAStalePlayClip) {
+  tcs_test::LogCapture log;
+  tcs_test::OpenedSpace space;
+  auto gone = tcs_test::MakeClip(10, 10, 0, "gone");
+  ASSERT_EQ(tcsAddClip(space.get(), gone.get(), 3), 0u);
+  CClip* found = nullptr;
+  ASSERT_EQ(tcsFindClip(space.get(), 24, 10, &found, 3), 10u);
+  space->ModifyRange(0, 100, 0x8, 0, TCS_EDIT_BLANK);
+  const std::string long_name(5000, 'n');
+  auto kept = tcs_test::MakeClip(50, 10, 70, long_name.c_str());
+  ASSERT_EQ(tcsAddClip(space.get(), kept.get(), 7), 0u);
+  std::vector<char> name(4200, 'x');
+  EDLLINE line{};
+  line.clip.name = name.data();
+  ASSERT_EQ(_tcsGetEdlLine(space.get(), &line, 0, 1), 0u);
+  EXPECT_EQ((std::array{line.recordIn, line.recordOut, line.clip.sourceIn, line.clip.sourceOut,
+                        line.clip.videoMask}),
+            (std::array{50u, 60u, 70u, 80u, 0x80u}));
+  EXPECT_EQ(std::string(name.data()) + name[4096], long_name.substr(0, 4095) + 'x');
+  EXPECT_EQ(_tcsGetEdlLine(nullptr, &line, 0, 1), 0xA8080005u);
+  EXPECT_EQ(log.Lines(), std::vector<std::string>{"TCSpace(0xA8080005)"});
+}
+
+}  // namespace
