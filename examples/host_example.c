@@ -1,5 +1,6 @@
 /* A host in a few lines: open a space, listen to additions, lay two clips on
-   channel 0 through the command record, ask what plays at a timecode, close. */
+   channel 0 through the command record, ask what plays at a timecode, write
+   the timeline as an EDL, close. */
 #include <stdio.h>
 #include <string.h>
 
@@ -39,5 +40,7 @@ int main(void) {
   add_clip(space, 300, 5000, 5600, "interview");
   unsigned source = tcsTranslate(space, 0, 450, &clip, 0);
   printf("%d clips; %s plays source %s\n", added, tc(450, a), tc(source, b));
-  return tcsClose(space) == TCS_OK ? 0 : 1;
+  unsigned written = tcsWriteEdl(space, "host_example.edl", 0, NULL);
+  puts(written == TCS_OK ? "wrote host_example.edl" : "could not write host_example.edl");
+  return tcsClose(space) == TCS_OK && written == TCS_OK ? 0 : 1;
 }

@@ -14,20 +14,29 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
 #include "tcs.h"
 
 namespace tcs_fuzz {
 
-// The private directory, made once per process.
+// The private directory, made once per process and removed at its exit.
 inline const std::string& FuzzDir() {
-  static const std::string dir = [] {
-    char name[] = "/tmp/tcs_fuzz.XXXXXX";
-    if (mkdtemp(name) == nullptr) std::abort();
-    return std::string(name);
-  }();
-  return dir;
+  struct Dir {
+    Dir() {
+      char name[] = "/tmp/tcs_fuzz.XXXXXX";
+      if (mkdtemp(name) == nullptr) std::abort();
+      path = name;
+    }
+    ~Dir() {
+      std::error_code ignored;
+      std::filesystem::remove_all(path, ignored);
+    }
+    std::string path;
+  };
+  static const Dir dir;
+  return dir.path;
 }
 
 inline void QuietLog(void*, const char*) {}

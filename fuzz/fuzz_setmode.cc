@@ -1,6 +1,7 @@
 // Drives one live space with a sequence of calls decoded from the input:
 // command records of every command, sub-command, flag and field with sizes
-// from 0 to 4188, and the clip, search, current-clip and walk entry points,
+// from 0 to 4188, the clip, search, current-clip and walk entry points, and
+// the EDL line exchange and export,
 // with notifications that sometimes refuse or throw. The checks of FuzzHost
 // run after every call.
 #include <fuzzer/FuzzedDataProvider.h>
@@ -8,6 +9,7 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <string>
 
 #include "fuzz/fuzz_host.h"
 #include "tcs.h"
@@ -94,6 +96,63 @@ void SetMode(FuzzHost& host, FuzzedDataProvider& in) {
   tcsSetMode(in.ConsumeIntegralInRange<int>(0, 31) == 0 ? nullptr : host.space, record);
 }
 
+// The translator's side of the line exchange: a line handed in (texts and
+// fields from the input, any of them missing), a line asked for (its texts
+// read in full, so a dangling one shows), or the whole space exported.
+void EdlExchange(FuzzHost& host, FuzzedDataProvider& in) {
+  CTimeCodeSpace* const space = in.ConsumeIntegralInRange<int>(0, 31) == 0 ? nullptr : host.space;
+  switch (in.ConsumeIntegralInRange<int>(0, 3)) {
+    case 0:
+    case 1: {
+      std::string texts[4];
+      for (std::string& text : texts) text = in.ConsumeRandomLengthString(24);
+      EDLLINE line{};
+      line.clip.sourceIn = PickTime(in);
+      line.clip.sourceOut = in.ConsumeBool() ? line.clip.sourceIn + PickLength(in) : PickTime(in);
+      line.clip.sourceOrigin = in.ConsumeBool() ? 0 : PickTime(in);
+      line.clip.videoMask = PickMask(in);
+      line.clip.audioMask = PickMask(in);
+      line.clip.auxMask = PickMask(in);
+      line.clip.clipName = in.ConsumeBool() ? texts[0].data() : nullptr;
+      line.clip.name = in.ConsumeBool() ? texts[1].data() : nullptr;
+      line.clip.comment = in.ConsumeBool() ? texts[2].data() : nullptr;
+      line.clip.reel = in.ConsumeBool() ? texts[3].data() : nullptr;
+      line.recordIn = PickTime(in);
+      line.recordOut = in.ConsumeBool() ? line.recordIn + PickLength(in) : PickTime(in);
+      line.transition = in.ConsumeBool() ? 'C' : in.ConsumeIntegral<uint8_t>();
+      line.effectCode = in.ConsumeIntegral<uint8_t>();
+      line.effectDuration = PickLength(in);
+      _tcsAddEdlLine(space, in.ConsumeIntegralInRange<int>(0, 31) == 0 ? nullptr : &line,
+                     in.ConsumeIntegral<uint64_t>());
+      break;
+    }
+    case 2: {
+      // The host lends buffers of exactly the sizes the exchange promises to
+      // keep within: 9 bytes for the short name, 4096 for the name.
+      auto clip_name = std::make_unique<char[]>(9);
+      auto name = std::make_unique<char[]>(4096);
+      EDLLINE line;
+      std::memset(&line, 0xA5, sizeof line);
+      line.clip.clipName = clip_name.get();
+      line.clip.name = name.get();
+      line.clip.comment = nullptr;
+      line.clip.reel = nullptr;
+      line.extraText = nullptr;
+      if (_tcsGetEdlLine(space, &line, 0, in.ConsumeBool() ? 1 : 0) == 0 &&
+          (strnlen(clip_name.get(), 9) == 9 || strnlen(name.get(), 4096) == 4096)) {
+        FuzzHost::Broken("a line's text fills its buffer without its zero");
+      }
+      break;
+    }
+    default: {
+      EDLSETTINGS settings;
+      edlInitSettings(&settings, in.PickValueInArray({24u, 25u, 30u}), in.ConsumeBool());
+      const std::string path = tcs_fuzz::FuzzDir() + "/export.edl";
+      tcsWriteEdl(space, path.c_str(), 0, in.ConsumeBool() ? &settings : nullptr);
+    }
+  }
+}
+
 // The walk keeps its record between calls, as a host does.
 struct Walk {
   TCSCMD record{};
@@ -112,7 +171,7 @@ struct Walk {
 
 void Step(FuzzHost& host, Walk& walk, FuzzedDataProvider& in) {
   CTimeCodeSpace* const space = host.space;
-  switch (in.ConsumeIntegralInRange<int>(0, 13)) {
+  switch (in.ConsumeIntegralInRange<int>(0, 14)) {
     case 0:
     case 1:
     case 2:
@@ -191,6 +250,9 @@ void Step(FuzzHost& host, Walk& walk, FuzzedDataProvider& in) {
       if (tcsOpen(space, nullptr, nullptr) != space || tcsClose(space) != 0) {
         FuzzHost::Broken("sharing the space failed");
       }
+      break;
+    case 13:
+      EdlExchange(host, in);
       break;
     default:
       tcsClipActive(in.ConsumeBool() ? space : nullptr);

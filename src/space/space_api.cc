@@ -3,12 +3,12 @@
 // entry point's handle status instead of a crash.
 #include "space/space_api.h"
 
-#include "record/timecode.h"
 #include "platform/errlog.h"
 #include "space/current_clip.h"
 #include "space/registry.h"
 #include "space/space.h"
 #include "space/space_lock.h"
+#include "space/space_query.h"
 #include "space/status_log.h"
 #include "tcs_status.h"
 
@@ -86,14 +86,9 @@ unsigned int tcsClipActive(CTimeCodeSpace* space) {
 unsigned int tcsTranslate(CTimeCodeSpace* space, unsigned int mode, unsigned int timecode,
                           CClip** clipOut, unsigned int channel) {
   if (!tcs::IsOpenSpace(space)) return tcs::LogStatus(TCS_ERR_BAD_HANDLE);
-  // Every query that finds a play clip overwrites all of pc; only then is
-  // its record read.
-  CPlayClip pc{CTCRange::TextUnset{}};
-  uint32_t result = space->Translate(timecode, pc, channel);
-  if ((mode & 1u) != 0 && result == tcs::kNotFound) {
-    result = space->FindPlayClip(mode, timecode, pc, channel);
-  }
-  if (clipOut != nullptr) *clipOut = result == tcs::kNotFound ? nullptr : pc.clip;
+  CClip* found = nullptr;
+  const uint32_t result = tcs::TranslateOrFind(*space, mode, timecode, channel, found);
+  if (clipOut != nullptr) *clipOut = found;
   return result;
 }
 

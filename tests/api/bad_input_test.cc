@@ -13,6 +13,7 @@
 
 #include "support/command_record.h"
 #include "support/log_capture.h"
+#include "support/temp_dir.h"
 #include "support/test_clips.h"
 #include "tcs.h"
 
@@ -148,6 +149,29 @@ std::vector<HandleRow> HandleRows() {
          return tcsSetBackUpRestore(h, 1, name);
        },
        0xA8080004, kBadHandle},
+      {"_tcsAddEdlLine",
+       [](CTimeCodeSpace* h) {
+         EDLLINE line{};
+         line.clip.videoMask = 1;
+         line.recordOut = 10;
+         line.clip.sourceOut = 10;
+         return _tcsAddEdlLine(h, &line, 0);
+       },
+       0xA8080005, kNullSpace},
+      {"_tcsGetEdlLine",
+       [](CTimeCodeSpace* h) {
+         EDLLINE line{};
+         return _tcsGetEdlLine(h, &line, 0, 1);
+       },
+       0xA8080005, kNullSpace},
+      {"tcsWriteEdl (no file written)",
+       [](CTimeCodeSpace* h) {
+         tcs_test::TempDir dir;
+         const std::string path = dir.File("out.edl");
+         const uint32_t r = tcsWriteEdl(h, path.c_str(), 0, nullptr);
+         return tcs_test::ReadFile(path) == "<missing>" ? r : 0;
+       },
+       0xA8080004, kBadHandle},
   };
 }
 
@@ -242,6 +266,35 @@ std::vector<Row> Rows() {
          return SetMode(f.s(), TCSCMD_DELETE, 0, 100, [](TCSCMD& r) { r.size = 56; });
        },
        0, kBadRange},
+      {"_tcsAddEdlLine", "null line", [](Scene& f) { return _tcsAddEdlLine(f.s(), nullptr, 0); },
+       0xA8080005, kNullSpace},
+      {"_tcsGetEdlLine", "null line",
+       [](Scene& f) { return _tcsGetEdlLine(f.s(), nullptr, 0, 1); }, 0xA8080005, kNullSpace},
+      {"tcsWriteEdl", "a path that cannot be opened",
+       [](Scene& f) { return tcsWriteEdl(f.s(), "/nonexistent-dir/out.edl", 0, nullptr); },
+       0xFFFFFFFF, kNoLog},
+      {"edlReadFile", "null space",
+       [](Scene&) { return edlReadFile(nullptr, "x.edl", nullptr); }, 0xA8080005,
+       {"edlReadFile(x.edl): no space (0xA8080005)"}},
+      {"edlReadFile", "a file that does not exist",
+       [](Scene& f) { return edlReadFile(f.s(), "/nonexistent-dir/in.edl", nullptr); },
+       0xFFFFFFFF,
+       {"edlReadFile(/nonexistent-dir/in.edl): cannot open or read the file (0xFFFFFFFF)"}},
+      {"edlReadFile", "malformed EDL (the first event line cannot be read)",
+       [](Scene& f) {
+         tcs_test::TempDir dir;
+         const std::string path = dir.File("bad.edl");
+         tcs_test::WriteFile(path, "TITLE: t\n001  AX  V  C  00:00:0x:00 junk\n"
+                                   "002  AX       V     C        00:00:00:00 00:00:01:00 "
+                                   "00:00:00:00 00:00:01:00\n");
+         tcs_test::LogCapture log;
+         const uint32_t r = edlReadFile(f.s(), path.c_str(), nullptr);
+         const std::vector<std::string> lines = log.Lines();  // names file and line
+         EXPECT_EQ(lines.size(), 1u);
+         EXPECT_EQ(lines.empty() ? "" : lines[0].substr(lines[0].find(") ") + 2, 7), "line 2:");
+         return r;
+       },
+       0xA8087013, kNoLog},
       {"tcsSetMode", "unknown sub-command",
        [](Scene& f) {
          auto r = tcs_test::NewCommand(TCSCMD_GET, 0, 95);

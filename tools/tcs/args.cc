@@ -1,0 +1,79 @@
+// Option parsing shared by the subcommands.
+#include <algorithm>
+
+#include "cli.h"
+
+namespace tcs::cli {
+
+void Fail(const std::string& message) { throw CliError(kExitFailure, message); }
+void UsageFail(const std::string& message) { throw CliError(kExitUsage, message); }
+
+Args::Args(const std::vector<std::string>& argv, const std::vector<OptionSpec>& options,
+           size_t minPositional, size_t maxPositional) {
+  std::string unknown;
+  for (size_t i = 0; i < argv.size(); ++i) {
+    const std::string& arg = argv[i];
+    if (arg == "--help" || arg == "-h") {
+      help_ = true;
+      continue;
+    }
+    if (arg.size() < 2 || arg[0] != '-' || arg == "--") {
+      positional_.push_back(arg);
+      continue;
+    }
+    const size_t equals = arg.find('=');
+    const std::string name = arg.substr(0, equals);
+    const auto spec = std::find_if(options.begin(), options.end(),
+                                   [&](const OptionSpec& o) { return name == o.name; });
+    if (spec == options.end()) {
+      if (unknown.empty()) unknown = arg;
+      continue;
+    }
+    std::string value;
+    if (spec->takesValue) {
+      if (equals != std::string::npos) {
+        value = arg.substr(equals + 1);
+      } else if (i + 1 < argv.size()) {
+        value = argv[++i];
+      } else if (!help_) {
+        UsageFail(name + " needs a value");
+      }
+    } else if (equals != std::string::npos) {
+      UsageFail(name + " takes no value");
+    }
+    given_.emplace_back(name, value);
+  }
+  if (help_) return;
+  if (!unknown.empty()) UsageFail("unknown option " + unknown);
+  if (positional_.size() < minPositional) UsageFail("missing arguments");
+  if (positional_.size() > maxPositional) UsageFail("unexpected argument '" + positional_[maxPositional] + "'");
+}
+
+bool Args::Has(std::string_view name) const {
+  return std::any_of(given_.begin(), given_.end(), [&](const auto& g) { return g.first == name; });
+}
+
+std::optional<std::string> Args::Value(std::string_view name) const {
+  std::optional<std::string> value;  // the last one given wins
+  for (const auto& [n, v] : given_) {
+    if (n == name) value = v;
+  }
+  return value;
+}
+
+std::optional<FrameRate> Args::FpsOverride() const {
+  const std::optional<std::string> text = Value("--fps");
+  if (!text) return std::nullopt;
+  const std::optional<FrameRate> rate = ParseFrameRate(*text);
+  if (!rate) UsageFail("--fps " + *text + ": give frames per second (24, 25, 30, 29.97, ...)");
+  return rate;
+}
+
+uint32_t TimecodeArg(const std::string& text, FrameRate rate, const std::string& what) {
+  std::string error;
+  const std::optional<uint32_t> frames = ParseTimecode(text, rate, &error);
+  if (!frames) UsageFail(what + ": " + error);
+  return *frames;
+}
+
+}  // namespace tcs::cli

@@ -1,0 +1,89 @@
+// The frame of every tcs subcommand: failures as exceptions that main turns
+// into one line on stderr and an exit status, the option parser, and the
+// table of subcommands. Single-threaded, like the whole tool.
+#ifndef TCS_TOOLS_TCS_CLI_H_
+#define TCS_TOOLS_TCS_CLI_H_
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "timecode_text.h"
+
+namespace tcs::cli {
+
+// Exit statuses: 0 done, 1 the work failed (unreadable or malformed input, a
+// refused edit, an output that could not be written), 2 the command line is
+// wrong.
+inline constexpr int kExitFailure = 1;
+inline constexpr int kExitUsage = 2;
+
+class CliError : public std::runtime_error {
+ public:
+  CliError(int status, const std::string& message) : std::runtime_error(message), status_(status) {}
+  int status() const { return status_; }
+
+ private:
+  int status_;
+};
+
+[[noreturn]] void Fail(const std::string& message);       // exit status 1
+[[noreturn]] void UsageFail(const std::string& message);  // exit status 2
+
+struct OptionSpec {
+  const char* name;  // "--fps"
+  bool takesValue;
+};
+
+// The arguments of one subcommand: options (given as "--name value" or
+// "--name=value", anywhere on the line) and positional arguments. "--help"
+// is always accepted. Unknown options and a wrong number of positional
+// arguments are usage errors (not raised while help is asked for).
+class Args {
+ public:
+  Args(const std::vector<std::string>& argv, const std::vector<OptionSpec>& options,
+       size_t minPositional, size_t maxPositional);
+
+  bool help() const { return help_; }
+  bool Has(std::string_view name) const;
+  std::optional<std::string> Value(std::string_view name) const;
+  const std::vector<std::string>& positional() const { return positional_; }
+
+  // --fps, when given, parsed.
+  std::optional<FrameRate> FpsOverride() const;
+
+ private:
+  bool help_ = false;
+  std::vector<std::pair<std::string, std::string>> given_;
+  std::vector<std::string> positional_;
+};
+
+struct Command {
+  const char* name;
+  const char* summary;
+  const char* usage;  // the whole --help text
+  int (*run)(const Args& args);
+  std::vector<OptionSpec> options;
+  size_t minPositional;
+  size_t maxPositional;
+};
+
+const std::vector<Command>& Commands();
+
+// A timecode or frame count given on the command line; a usage error naming
+// `what` otherwise.
+uint32_t TimecodeArg(const std::string& text, FrameRate rate, const std::string& what);
+
+// The subcommands.
+int RunInfo(const Args& args);
+int RunAt(const Args& args);
+int RunEdit(const Args& args);
+int RunWalk(const Args& args);
+int RunDraw(const Args& args);
+int RunBackups(const Args& args);
+
+}  // namespace tcs::cli
+
+#endif  // TCS_TOOLS_TCS_CLI_H_

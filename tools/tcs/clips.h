@@ -1,0 +1,42 @@
+// What the subcommands show of a space: its play clips channel by channel,
+// in record order, with the clip record's texts, and transitions as words.
+// Steps through each channel with the space's play-clip search; the tool
+// runs on one thread, so nothing edits the space meanwhile.
+#ifndef TCS_TOOLS_TCS_CLIPS_H_
+#define TCS_TOOLS_TCS_CLIPS_H_
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tcs.h"
+
+namespace tcs::cli {
+
+struct ClipView {
+  uint32_t channel;
+  uint32_t recordIn;
+  uint32_t recordOut;  // one past the last frame
+  uint32_t sourceIn;
+  uint32_t sourceOut;
+  std::string name;
+  std::string reel;
+  std::string comment;
+  std::string transition;  // "" for a cut, else the effect's name or text
+  uint32_t transitionFrames;
+};
+
+struct ChannelView {
+  uint32_t channel;
+  std::vector<ClipView> clips;
+};
+
+// Every channel that holds a play clip, in channel order.
+std::vector<ChannelView> ChannelsOf(CTimeCodeSpace* space);
+
+// "cut", or the transition's name and duration in frames ("Disolve 30").
+std::string TransitionText(const ClipView& clip);
+
+}  // namespace tcs::cli
+
+#endif  // TCS_TOOLS_TCS_CLIPS_H_

@@ -1,0 +1,117 @@
+// tcs info: the clips of an EDL, one table per channel, and totals.
+#include <algorithm>
+#include <iostream>
+
+#include "channels.h"
+#include "cli.h"
+#include "clips.h"
+#include "json_writer.h"
+#include "table.h"
+#include "timeline.h"
+
+namespace tcs::cli {
+namespace {
+
+struct Totals {
+  size_t clips = 0;
+  uint32_t first = 0;  // first record frame, 0 when there are no clips
+  uint32_t end = 0;    // one past the last
+};
+
+Totals TotalsOf(const std::vector<ChannelView>& channels) {
+  Totals totals;
+  bool any = false;
+  for (const ChannelView& channel : channels) {
+    totals.clips += channel.clips.size();
+    for (const ClipView& clip : channel.clips) {
+      totals.first = any ? std::min(totals.first, clip.recordIn) : clip.recordIn;
+      totals.end = any ? std::max(totals.end, clip.recordOut) : clip.recordOut;
+      any = true;
+    }
+  }
+  return totals;
+}
+
+void PrintText(const Timeline& timeline, const std::vector<ChannelView>& channels) {
+  std::cout << timeline.path() << "  (" << FrameRateText(timeline.rate()) << ")\n";
+  for (const ChannelView& channel : channels) {
+    std::cout << "\nchannel " << ChannelName(channel.channel) << " (" << channel.channel
+              << "): " << channel.clips.size() << (channel.clips.size() == 1 ? " clip" : " clips")
+              << '\n';
+    std::vector<TableRow> rows = {
+        {"record in", "record out", "source in", "source out", "transition", "reel", "name"}};
+    for (const ClipView& clip : channel.clips) {
+      rows.push_back({timeline.Tc(clip.recordIn), timeline.Tc(clip.recordOut),
+                      timeline.Tc(clip.sourceIn), timeline.Tc(clip.sourceOut),
+                      TransitionText(clip), clip.reel.empty() ? "-" : clip.reel, clip.name});
+    }
+    PrintTable(std::cout, rows, "  ");
+  }
+  const Totals totals = TotalsOf(channels);
+  std::cout << "\ntotal: " << totals.clips << (totals.clips == 1 ? " clip" : " clips") << " on "
+            << channels.size() << (channels.size() == 1 ? " channel" : " channels") << ", "
+            << timeline.Tc(totals.end - totals.first) << " from " << timeline.Tc(totals.first)
+            << " to " << timeline.Tc(totals.end) << '\n';
+}
+
+// "key": the timecode, and "keyFrame" (or `frameKey`): the frame count.
+void TimecodeMember(JsonWriter& json, const Timeline& timeline, const char* key, uint32_t frames,
+                    const char* frameKey = nullptr) {
+  json.Key(key).String(timeline.Tc(frames));
+  json.Key(frameKey != nullptr ? std::string(frameKey) : std::string(key) + "Frame").Number(frames);
+}
+
+void PrintJson(const Timeline& timeline, const std::vector<ChannelView>& channels) {
+  JsonWriter json(std::cout);
+  json.BeginObject();
+  json.Key("file").String(timeline.path());
+  json.Key("fps").Number(timeline.rate().fps);
+  json.Key("dropFrame").Bool(timeline.rate().dropFrame);
+  json.Key("channels").BeginArray();
+  for (const ChannelView& channel : channels) {
+    json.BeginObject();
+    json.Key("channel").Number(channel.channel);
+    json.Key("name").String(ChannelName(channel.channel));
+    json.Key("clips").BeginArray();
+    for (const ClipView& clip : channel.clips) {
+      json.BeginObject();
+      TimecodeMember(json, timeline, "recordIn", clip.recordIn);
+      TimecodeMember(json, timeline, "recordOut", clip.recordOut);
+      TimecodeMember(json, timeline, "sourceIn", clip.sourceIn);
+      TimecodeMember(json, timeline, "sourceOut", clip.sourceOut);
+      json.Key("name").String(clip.name);
+      json.Key("reel").String(clip.reel);
+      json.Key("comment").String(clip.comment);
+      json.Key("transition").String(clip.transition.empty() ? "cut" : clip.transition);
+      json.Key("transitionFrames").Number(clip.transitionFrames);
+      json.EndObject();
+    }
+    json.EndArray();
+    json.EndObject();
+  }
+  json.EndArray();
+  const Totals totals = TotalsOf(channels);
+  json.Key("totals").BeginObject();
+  json.Key("clips").Number(totals.clips);
+  json.Key("channels").Number(channels.size());
+  TimecodeMember(json, timeline, "start", totals.first);
+  TimecodeMember(json, timeline, "end", totals.end);
+  TimecodeMember(json, timeline, "duration", totals.end - totals.first, "durationFrames");
+  json.EndObject();
+  json.EndObject();
+}
+
+}  // namespace
+
+int RunInfo(const Args& args) {
+  const Timeline timeline(args.positional()[0], args.FpsOverride());
+  const std::vector<ChannelView> channels = ChannelsOf(timeline.space());
+  if (args.Has("--json")) {
+    PrintJson(timeline, channels);
+  } else {
+    PrintText(timeline, channels);
+  }
+  return 0;
+}
+
+}  // namespace tcs::cli

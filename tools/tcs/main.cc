@@ -1,0 +1,133 @@
+// tcs: reads, asks, edits and draws EDL timelines through the tcspace
+// library, as a host would drive it.
+#include <cstdio>
+#include <cstring>
+#include <iostream>
+
+#include "cli.h"
+
+namespace tcs::cli {
+namespace {
+
+constexpr char kTimes[] =
+    "Timecodes are HH:MM:SS:FF (HH:MM:SS;FF for drop-frame) or frame counts.\n"
+    "The rate is 30 fps (drop-frame when the file says FCM: DROP FRAME) unless\n"
+    "--fps RATE says otherwise (24, 25, 30, 29.97, 60, ...).\n";
+
+const std::vector<OptionSpec> kReadOptions = {{"--fps", true}, {"--json", false}};
+
+}  // namespace
+
+const std::vector<Command>& Commands() {
+  static const std::vector<Command> commands = {
+      {"info", "the clips of an EDL, a table per channel",
+       "usage: tcs info FILE.edl [--fps RATE] [--json]\n\n"
+       "Reads FILE.edl and prints, per channel, every clip's record in and out,\n"
+       "source in and out, transition, reel and name, then the totals.\n",
+       &RunInfo, kReadOptions, 1, 1},
+      {"at", "what plays at a record timecode",
+       "usage: tcs at FILE.edl TIMECODE [--channel CH] [--fps RATE] [--json]\n\n"
+       "For every channel (or CH alone: V1..V32, A1..A32, X1..X32 or 0..95), the\n"
+       "clip that plays at TIMECODE and the source timecode it plays there.\n",
+       &RunAt, {{"--fps", true}, {"--json", false}, {"--channel", true}}, 2, 2},
+      {"edit", "apply edit operations and write the result",
+       "usage: tcs edit FILE.edl OP... -o OUT.edl [--fps RATE]\n\n"
+       "Applies each OP in turn, then writes OUT.edl (only when every OP succeeds).\n"
+       "CH is a channel (V1..V32, A1..A32 or 0..63), several joined by '+'.\n\n"
+       "  overwrite=CH,AT,IN,OUT,NAME  lay source IN..OUT of NAME over CH from AT\n"
+       "  insert=CH,AT,DURATION        open a gap of DURATION at a cut; later clips move on\n"
+       "  blank=CH,FROM,TO             clear FROM..TO, leaving a gap\n"
+       "  delete=CH,FROM,TO            remove FROM..TO; later clips move back\n"
+       "  trim=CH,AT,IN,OUT            the clip that starts at AT plays source IN..OUT\n"
+       "  move=CH,AT,TO                the clip that starts at AT moves to start at TO\n",
+       &RunEdit, {{"--fps", true}, {"-o", true}}, 1, ~size_t{0}},
+      {"walk", "the event walk, one event a line",
+       "usage: tcs walk FILE.edl [--fps RATE] [--json]\n\n"
+       "Steps through the timeline event by event, as the EDL export does: an event\n"
+       "is a clip start with the clips of the same source that start with it on\n"
+       "other channels. The walk visits V1..V4 and A1..A16.\n",
+       &RunWalk, kReadOptions, 1, 1},
+      {"draw", "draw the timeline as an SVG picture",
+       "usage: tcs draw FILE.edl -o PICTURE.svg [--fps RATE]\n\n"
+       "One lane per channel, each clip a box at its record position with its name,\n"
+       "transitions marked at the start of their clip, and a timecode ruler.\n",
+       &RunDraw, {{"--fps", true}, {"-o", true}}, 1, 1},
+      {"backups", "count or restore the numbered backups of a file",
+       "usage: tcs backups FILE [--restore N]\n\n"
+       "Counts the backups NAME.000.EXT, NAME.001.EXT, ... beside FILE (an unbroken\n"
+       "run from 000). --restore N puts backup N (1 is NAME.000.EXT) in FILE's place,\n"
+       "deletes backups 1..N-1 and moves the later ones down by one number.\n",
+       &RunBackups, {{"--restore", true}}, 1, 1},
+  };
+  return commands;
+}
+
+namespace {
+
+void PrintOverview(std::FILE* out) {
+  std::fprintf(out, "usage: tcs COMMAND [ARGS...]   (tcs COMMAND --help for more)\n\n");
+  for (const Command& command : Commands()) {
+    std::fprintf(out, "  %-8s %s\n", command.name, command.summary);
+  }
+  std::fprintf(out, "\n%s", kTimes);
+}
+
+int Main(int argc, char** argv) {
+  if (argc < 2) {
+    PrintOverview(stderr);
+    return kExitUsage;
+  }
+  const std::string name = argv[1];
+  if (name == "--help" || name == "-h" || name == "help") {
+    if (argc > 2) {
+      for (const Command& command : Commands()) {
+        if (argv[2] == std::string(command.name)) {
+          std::printf("%s\n%s", command.usage, kTimes);
+          return 0;
+        }
+      }
+    }
+    PrintOverview(stdout);
+    return 0;
+  }
+  for (const Command& command : Commands()) {
+    if (name != command.name) continue;
+    try {
+      const Args args(std::vector<std::string>(argv + 2, argv + argc), command.options,
+                      command.minPositional, command.maxPositional);
+      if (args.help()) {
+        std::printf("%s\n%s", command.usage, kTimes);
+        return 0;
+      }
+      const int status = command.run(args);
+      std::cout.flush();
+      if (!std::cout) {
+        std::fprintf(stderr, "tcs %s: cannot write the output\n", command.name);
+        return kExitFailure;
+      }
+      return status;
+    } catch (const CliError& error) {
+      std::cout.flush();
+      std::fprintf(stderr, "tcs %s: %s\n", command.name, error.what());
+      if (error.status() == kExitUsage) {
+        std::fprintf(stderr, "(tcs %s --help shows the usage)\n", command.name);
+      }
+      return error.status();
+    }
+  }
+  std::fprintf(stderr, "tcs: unknown command '%s'\n", name.c_str());
+  PrintOverview(stderr);
+  return kExitUsage;
+}
+
+}  // namespace
+}  // namespace tcs::cli
+
+int main(int argc, char** argv) {
+  try {
+    return tcs::cli::Main(argc, argv);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "tcs: %s\n", error.what());
+    return tcs::cli::kExitFailure;
+  }
+}

@@ -1,0 +1,73 @@
+// Timeline: one EDL file read into a space of its own, for one subcommand.
+// Owns the space (closed on destruction) and the rate the file's timecodes
+// are shown at. Reading answers an unreadable or malformed file with a
+// CliError naming the file (and the line, as the translator reports it).
+// Single-threaded.
+#ifndef TCS_TOOLS_TCS_TIMELINE_H_
+#define TCS_TOOLS_TCS_TIMELINE_H_
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tcs.h"
+#include "timecode_text.h"
+
+namespace tcs::cli {
+
+// Collects every line of the host's error log while it lives, instead of
+// letting them reach stderr.
+class ErrorLogCapture {
+ public:
+  ErrorLogCapture();
+  ~ErrorLogCapture();
+  ErrorLogCapture(const ErrorLogCapture&) = delete;
+  ErrorLogCapture& operator=(const ErrorLogCapture&) = delete;
+
+  const std::vector<std::string>& lines() const { return lines_; }
+  // The lines joined by "; ", without line ends.
+  std::string Joined() const;
+
+ private:
+  static void Collect(void* self, const char* line);
+  std::vector<std::string> lines_;
+};
+
+class Timeline {
+ public:
+  // Reads `path`; `rate` overrides the file's own rate (30 frames per
+  // second, drop-frame when the file says "FCM: DROP FRAME").
+  Timeline(const std::string& path, std::optional<FrameRate> rate);
+  ~Timeline();
+  Timeline(const Timeline&) = delete;
+  Timeline& operator=(const Timeline&) = delete;
+
+  CTimeCodeSpace* space() const { return space_; }
+  FrameRate rate() const { return rate_; }
+  const std::string& path() const { return path_; }
+  std::string Tc(uint32_t frames) const { return FormatTimecode(frames, rate_); }
+
+  // Writes the space as an EDL at `out`, at the file's rate. On failure
+  // nothing is written and an existing file at `out` is left as it was.
+  void WriteEdl(const std::string& out) const;
+
+ private:
+  static unsigned int OnAdd(void* self, CTimeCodeSpace* space, CClip* clip);
+
+  std::string path_;
+  FrameRate rate_;
+  CTimeCodeSpace* space_ = nullptr;
+  uint64_t added_ = 0;
+  bool showProgress_ = false;
+};
+
+// Runs write(temporary path) and, when it returns true, renames the
+// temporary file over `out`. On any failure the temporary file is removed,
+// `out` is left untouched, and a CliError names `out`.
+void WriteAtomically(const std::string& out, const std::function<bool(const std::string&)>& write);
+
+}  // namespace tcs::cli
+
+#endif  // TCS_TOOLS_TCS_TIMELINE_H_
