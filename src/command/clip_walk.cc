@@ -15,6 +15,7 @@
 #include <cstring>
 
 #include "command/clip_search.h"
+#include "command/walk_search.h"
 #include "lookup/search_mode.h"
 #include "platform/clip.h"
 #include "record/timecode.h"
@@ -57,15 +58,6 @@ struct WalkChoice {
   uint32_t best = 0xFFFFFFFFu;
   uint32_t channel = kNoChannel;
 };
-
-// Channels without a lookup, or with an empty one, take no part in a scan:
-// they are not even asked, so they leave the scratch play clip and
-// clipActive alone.
-bool InScan(CTimeCodeSpace& space, uint32_t channel) {
-  SpaceLock hold(space);
-  const CTCLookup* lookup = space.LookupOf(channel);
-  return lookup != nullptr && !lookup->empty();
-}
 
 bool Marked(uint32_t video_marks, uint32_t audio_marks, uint32_t channel) {
   if (channel < kFirstAudioChannel) return ((video_marks >> channel) & 1) != 0;
@@ -124,14 +116,17 @@ WalkSetUp SetUpWalk(const TCSCMD& record) {
 }
 
 // Asks every searched channel for its candidate; no record field changes.
-WalkChoice Sweep(CTimeCodeSpace& space, const WalkSetUp& walk) {
+// Channels without a lookup, or with an empty one, take no part in a scan:
+// they are not even asked, so they leave the scratch play clip and
+// clipActive alone.
+WalkChoice Sweep(WalkSearch& search, const WalkSetUp& walk) {
   WalkChoice choice;
   for (const uint32_t channel : kWalkChannels) {
-    if (!InScan(space, channel)) continue;
+    if (!search.InScan(channel)) continue;
     // A play clip without a record offers no candidate: there would be
     // nothing to copy out or to compare in the event pass.
     CClip* k = nullptr;
-    uint32_t value = FindClip(space, walk.mode, walk.cursor, k, channel);
+    uint32_t value = search.Find(walk.mode, walk.cursor, k, channel);
     if (k == nullptr) continue;
     if (walk.cover) {
       if (value <= walk.cursor && walk.cursor <= k->start + k->length) {
@@ -142,7 +137,7 @@ WalkChoice Sweep(CTimeCodeSpace& space, const WalkSetUp& walk) {
     if (value < walk.cursor) {
       // A clip that began before the cursor covers it: the channel offers the
       // first clip after that clip's end.
-      value = FindClip(space, walk.mode, k->start + k->length, k, channel);
+      value = search.Find(walk.mode, k->start + k->length, k, channel);
       if (k == nullptr) continue;
     }
     if (Marked(walk.video_marks, walk.audio_marks, channel)) continue;
@@ -167,14 +162,14 @@ void RestartWalk(TCSCMD& record, WalkSetUp& walk) {
 
 // Adds every unmarked channel whose clip at the event's start shares the
 // found clip's source, filling the event's fields for each.
-void EventPass(CTimeCodeSpace& space, TCSCMD& record, const WalkSetUp& walk,
+void EventPass(WalkSearch& search, TCSCMD& record, const WalkSetUp& walk,
                const CClip& found) {
   // The chosen channel meets its own clip here, so the event's fields are
   // filled whenever that channel was not marked on entry.
   for (const uint32_t channel : kWalkChannels) {
-    if (!InScan(space, channel)) continue;
+    if (!search.InScan(channel)) continue;
     CClip* g = nullptr;
-    const uint32_t value = FindClip(space, walk.mode, record.position, g, channel);
+    const uint32_t value = search.Find(walk.mode, record.position, g, channel);
     if (g == nullptr || Marked(walk.video_marks, walk.audio_marks, channel) ||
         value != record.position || !SameSource(*g, found)) {
       continue;
@@ -190,18 +185,22 @@ void EventPass(CTimeCodeSpace& space, TCSCMD& record, const WalkSetUp& walk,
 
 // Fetches the event chosen by a sweep, marks its channel, runs the event
 // pass. Returns the event's start, or kNotFound (having ended the walk).
-uint32_t FoundEvent(CTimeCodeSpace& space, TCSCMD& record, const WalkSetUp& walk,
+uint32_t FoundEvent(WalkSearch& search, TCSCMD& record, const WalkSetUp& walk,
                     const WalkChoice& choice, bool fresh_marks, CClip* clip) {
   CClip* found = nullptr;
-  record.position = FindClip(space, walk.mode, choice.best, found, choice.channel);
+  record.position = search.Find(walk.mode, choice.best, found, choice.channel);
   // A host's own search mode may land on another play clip than the sweep
   // did; one without a record cannot be reported, so the walk ends there
   // as if nothing had been found.
   if (record.position == kNotFound || found == nullptr) return EndWalk(record);
-  if (clip != nullptr) clip->SetClip(found);
+  if (clip != nullptr) {
+    // The copy may throw: the scratch play clip is as the searches left it.
+    search.Flush();
+    clip->SetClip(found);
+  }
   if (fresh_marks) ClearMarks(record);
   Mark(record, choice.channel);
-  EventPass(space, record, walk, *found);
+  EventPass(search, record, walk, *found);
   return record.position;
 }
 
@@ -215,22 +214,33 @@ uint32_t EndWalk(TCSCMD& record) {
   return kNotFound;
 }
 
-uint32_t FindNextClip(CTimeCodeSpace& space, TCSCMD& record, bool fresh_marks, CClip* clip) {
-  // The sweeps keep record pointers between channel queries and the event
-  // pass reads them: another thread's edit in between would free them.
-  SpaceLock hold(space);
+namespace {
+
+uint32_t Step(WalkSearch& search, TCSCMD& record, bool fresh_marks, CClip* clip) {
   WalkSetUp walk = SetUpWalk(record);
-  WalkChoice choice = Sweep(space, walk);
+  WalkChoice choice = Sweep(search, walk);
   if (choice.best >= walk.restart_at) {
     if (walk.video_marks == 0 && walk.audio_marks == 0) return EndWalk(record);
     RestartWalk(record, walk);
-    choice = Sweep(space, walk);
+    choice = Sweep(search, walk);
     // With no marks left, the second sweep finds an event or the walk ends.
     if (choice.best >= walk.restart_at) return EndWalk(record);
   }
   // best < restart_at <= 0xFFFFFFFF: only a chosen channel lowers best.
   assert(choice.channel != kNoChannel);
-  return FoundEvent(space, record, walk, choice, fresh_marks, clip);
+  return FoundEvent(search, record, walk, choice, fresh_marks, clip);
+}
+
+}  // namespace
+
+uint32_t FindNextClip(CTimeCodeSpace& space, TCSCMD& record, bool fresh_marks, CClip* clip) {
+  // The sweeps keep record pointers between channel queries and the event
+  // pass reads them: another thread's edit in between would free them.
+  SpaceLock hold(space);
+  WalkSearch search(space);
+  const uint32_t result = Step(search, record, fresh_marks, clip);
+  search.Flush();
+  return result;
 }
 
 }  // namespace tcs

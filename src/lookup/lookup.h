@@ -90,6 +90,10 @@ class TCS_EXPORT CTCLookup {
   // The play clip at t or, in a gap, the previous, next or nearest one, as
   // the mode word says; returns the value its selector picks, or 0x80000001.
   uint32_t FindPlayClip(uint32_t mode, uint32_t t, CPlayClip& out) const;
+  // The same search without the copy: `chosen` receives the play clip the
+  // search settled on (end() when none), which the other form copies out
+  // whatever the result; a source-frame result may still read 0x80000001.
+  uint32_t FindPlayClip(uint32_t mode, uint32_t t, Position& chosen) const;
 
   // --- Range edits.
   void BlankRange(const CTCRange& r);
@@ -134,6 +138,8 @@ class TCS_EXPORT CTCLookup {
   // Writes start and length into x; moves the node only when the new start
   // does not stay strictly between its neighbours' starts.
   Position Place(Position x, uint32_t start, uint32_t length);
+  // Starts loading what Translate reads of a record (null: nothing).
+  static void PrefetchRecord(const CClip* record);
   // The plain rounds of a ripple delete of rl frames, from x on.
   Position PullRun(Position x, uint32_t rl, uint32_t& key);
   // What findge(key) returns right after x was moved in place and key set

@@ -53,8 +53,14 @@ uint32_t SelectResult(uint32_t mode, uint32_t t, const tcs::PlayClipNode& k) {
 }  // namespace
 
 uint32_t CTCLookup::FindPlayClip(uint32_t mode, uint32_t t, CPlayClip& out) const {
-  if (playClips.empty()) return tcs::kNotFound;
-  Position chosen = find(t);
+  Position chosen;
+  const uint32_t result = FindPlayClip(mode, t, chosen);
+  if (chosen != end()) chosen->CopyTo(out);
+  return result;
+}
+
+uint32_t CTCLookup::FindPlayClip(uint32_t mode, uint32_t t, Position& chosen) const {
+  chosen = find(t);
   if (chosen == end()) {
     const GapPolicy policy = DecodeGapPolicy(mode);
     if (policy == GapPolicy::kNone) return tcs::kNotFound;
@@ -79,6 +85,5 @@ uint32_t CTCLookup::FindPlayClip(uint32_t mode, uint32_t t, CPlayClip& out) cons
     }
     if (chosen == end()) return tcs::kNotFound;
   }
-  chosen->CopyTo(out);
   return SelectResult(mode, t, *chosen);
 }

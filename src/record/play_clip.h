@@ -13,6 +13,7 @@ class CClip;
 class TCS_EXPORT CPlayClip : public CTCRange {
  public:
   CPlayClip() = default;
+  explicit CPlayClip(TextUnset unset) : CTCRange(unset) {}
   CPlayClip(const CPlayClip&) = default;
   CPlayClip& operator=(const CPlayClip&) = default;
   ~CPlayClip() override = default;

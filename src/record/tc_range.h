@@ -13,7 +13,12 @@ class TCS_EXPORT CTCRange {
  public:
   static constexpr unsigned int kEffectTextSize = 4096;
 
-  CTCRange() = default;
+  // A range whose 4 KB text is about to be overwritten whole, as a query's
+  // scratch result is: the numbers are zero, the text is left unset.
+  struct TextUnset {};
+
+  CTCRange() : effectText{} {}
+  explicit CTCRange(TextUnset) {}
   CTCRange(const CTCRange& other) { CopyFrom(other); }
   CTCRange& operator=(const CTCRange& other) {
     if (this != &other) CopyFrom(other);
@@ -31,7 +36,7 @@ class TCS_EXPORT CTCRange {
   uint32_t length = 0;
   uint32_t effectCode = 0;
   uint32_t effectDuration = 0;
-  char effectText[kEffectTextSize] = {};
+  char effectText[kEffectTextSize];  // zeroed by the default constructor
 
  private:
   // One block copy of the text: the member-wise copy that g++ -O2 generates

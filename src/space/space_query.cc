@@ -23,7 +23,9 @@ namespace tcs {
 uint32_t TranslateOrFind(CTimeCodeSpace& space, uint32_t mode, uint32_t t, uint32_t channel,
                          CClip*& found) {
   SpaceLock guard(space);
-  CPlayClip pc;
+  // Every query that finds a play clip overwrites all of pc; only then is
+  // its record read.
+  CPlayClip pc{CTCRange::TextUnset{}};
   uint32_t result = space.Translate(t, pc, channel);
   if ((mode & 1u) != 0 && result == kNotFound) result = space.FindPlayClip(mode, t, pc, channel);
   found = result == kNotFound ? nullptr : pc.clip;

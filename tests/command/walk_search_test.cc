@@ -1,0 +1,188 @@
+// The walk step against the same step made of plain clip searches, each of
+// which copies its play clip into the space's scratch play clip and sets or
+// clears clipActive, on random channels that overlap, hold empty and
+// record-less play clips and link sources across channels, with host search
+// modes, the cover search and fresh marks. After every step the record, the
+// caller's copy of the clip, the scratch play clip (all its bytes) and
+// clipActive must be the same. TCS_WALK_SEED overrides the first seed.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <random>
+#include <string>
+
+#include "command/clip_search.h"
+#include "command/clip_walk.h"
+#include "lookup/lookup.h"
+#include "space/space.h"
+#include "space/space_lock.h"
+#include "support/test_clips.h"
+#include "tcs.h"
+
+namespace {
+
+constexpr uint32_t kNotFound = 0x80000001u;
+constexpr std::array<uint32_t, 20> kScan = {0,  1,  2,  3,  32, 33, 34, 35, 36, 37,
+                                            38, 39, 40, 41, 42, 43, 44, 45, 46, 47};
+
+bool InScan(CTimeCodeSpace& space, uint32_t c) {
+  const CTCLookup* lookup = space.LookupOf(c);
+  return lookup != nullptr && !lookup->empty();
+}
+
+bool Marked(uint32_t v, uint32_t a, uint32_t c) { return ((c < 32 ? v >> c : a >> (c - 32)) & 1) != 0; }
+
+void Mark(TCSCMD& r, uint32_t c) { (c < 32 ? r.videoMask : r.audioMask) |= 1u << (c % 32); }
+
+uint32_t End(TCSCMD& r) {
+  r.position = r.inPoint = r.outPoint = 0xFFFFFFFFu;
+  r.videoMask = r.audioMask = r.auxMask = 0;
+  return kNotFound;
+}
+
+// The step as its definition reads: set-up, at most two sweeps, the find and
+// the event pass, every query a tcs::FindClip.
+uint32_t PlainStep(CTimeCodeSpace& s, TCSCMD& r, bool fresh, CClip* clip) {
+  const uint32_t m = (r.flags & TCSF_MODE) != 0 && r.selector != 0 ? r.selector : 24;
+  uint32_t p = r.position, v = r.videoMask, a = r.audioMask;
+  uint32_t limit = r.inPoint < r.outPoint ? p + (r.outPoint - r.inPoint) : 0xFFFFFFFFu;
+  const bool cover = (r.flags & 0x540) == 0x40;
+  uint32_t best = 0, chosen = 0;
+  for (int sweep = 0;; ++sweep) {
+    best = 0xFFFFFFFFu;
+    chosen = 0xFFFFFFFFu;
+    for (uint32_t c : kScan) {
+      if (!InScan(s, c)) continue;
+      CClip* k = nullptr;
+      uint32_t t = tcs::FindClip(s, m, p, k, c);
+      if (k == nullptr) continue;
+      if (cover) {
+        if (t <= p && p <= k->start + k->length && (c < 32 || chosen == 0xFFFFFFFFu)) {
+          best = t;
+          chosen = c;
+        }
+        continue;
+      }
+      if (t < p) t = tcs::FindClip(s, m, k->start + k->length, k, c);
+      if (k == nullptr || Marked(v, a, c)) continue;
+      if (t < best || (t == best && chosen == 0xFFFFFFFFu)) best = t, chosen = c;
+    }
+    if (best < limit) break;
+    if (sweep == 1 || (v == 0 && a == 0)) return End(r);
+    r.position += 1;
+    p += 1;
+    r.videoMask = r.audioMask = r.auxMask = 0;
+    v = a = 0;
+    limit = 0xFFFFFFFFu;
+  }
+  CClip* f = nullptr;
+  r.position = tcs::FindClip(s, m, best, f, chosen);
+  if (r.position == kNotFound || f == nullptr) return End(r);
+  if (clip != nullptr) clip->SetClip(f);
+  if (fresh) r.videoMask = r.audioMask = r.auxMask = 0;
+  Mark(r, chosen);
+  for (uint32_t c : kScan) {
+    if (!InScan(s, c)) continue;
+    CClip* g = nullptr;
+    const uint32_t t = tcs::FindClip(s, m, r.position, g, c);
+    if (g == nullptr || Marked(v, a, c) || t != r.position) continue;
+    if (g->length != f->length || g->sourceIn != f->sourceIn || g->sourceOut != f->sourceOut ||
+        (g->name != nullptr && f->name != nullptr && std::strcmp(g->name, f->name) != 0)) {
+      continue;
+    }
+    r.flags |= 0x2560;
+    Mark(r, c);
+    r.position = f->start;
+    r.inPoint = f->sourceIn;
+    r.outPoint = f->sourceIn + f->length;
+    CClip::GetString(TcsCmdReplyText(r), f->name, TCSCMD_REPLY_TEXT_SIZE);
+  }
+  return r.position;
+}
+
+// What a step leaves behind besides its answer.
+struct After {
+  uint32_t answer;
+  TCSCMD record;
+  CPlayClip scratch;
+  uint8_t active;
+  uint32_t copy_start, copy_in;
+};
+
+After Run(CTimeCodeSpace& s, const TCSCMD& from, bool fresh, bool with_copy, bool plain) {
+  After after{};
+  after.record = from;
+  // A scratch state no search leaves, so an untouched one shows.
+  std::memset(s.currentPlayClip.effectText, '#', sizeof s.currentPlayClip.effectText);
+  s.currentPlayClip.start = 0xDEAD;
+  s.currentPlayClip.clip = nullptr;
+  s.clipActive = 7;
+  CClip copy;
+  CClip* out = with_copy ? &copy : nullptr;
+  after.answer = plain ? PlainStep(s, after.record, fresh, out)
+                       : tcs::FindNextClip(s, after.record, fresh, out);
+  after.scratch = s.currentPlayClip;
+  after.active = s.clipActive;
+  after.copy_start = copy.start;
+  after.copy_in = copy.sourceIn;
+  return after;
+}
+
+void Play(uint64_t seed) {
+  std::mt19937_64 rng(seed);
+  const auto u = [&rng](uint32_t lo, uint32_t hi) { return uint32_t(lo + rng() % (hi - lo + 1)); };
+  tcs_test::OpenedSpace space;
+  CTimeCodeSpace& s = *space;
+  tcs::SpaceLock hold(s);
+  const char* names[] = {nullptr, "reel A", "reel B"};
+  const char* effects[] = {"", "", "Dissolve", "Wipe"};
+  const uint32_t channels[] = {0, 1, 2, 3, 32, 33, 34, 5};
+  for (int i = 0, n = int(u(1, 40)); i < n; ++i) {
+    const uint32_t c = channels[u(0, 7)];
+    if (s.lookups[c] == nullptr) s.lookups[c] = new CTCLookup(&s);
+    auto made = tcs_test::MakeClip(u(0, 150), u(0, 4) == 0 ? 0 : u(1, 40), u(0, 2) * 10,
+                                   names[u(0, 2)]);
+    std::strcpy(made->effectText, effects[u(0, 3)]);
+    made->channel = c;
+    CClip* record = s.__AddClipToList(0, made.get(), c);
+    CPlayClip pc;
+    pc.Construct(record);
+    if (u(0, 15) == 0) pc.clip = nullptr;  // a play clip without a record
+    s.lookups[c]->Insert(pc);
+  }
+  const uint32_t modes[] = {0x18, 0x18, 0x19, 0x10, 0x14, 0x12, 0x40, 0x41, 0x70, 0x0C};
+  TCSCMD record{};
+  record.flags = (u(0, 3) == 0 ? TCSF_MODE : 0) | (u(0, 5) == 0 ? TCSF_AT : 0);
+  record.selector = modes[u(0, 9)];
+  record.position = u(0, 3) == 0 ? u(0, 100) : 0;
+  record.outPoint = record.position == 0 ? 0xFFFFFFFFu : 0;
+  for (int step = 0; step < 80; ++step) {
+    SCOPED_TRACE(::testing::Message() << "step " << step);
+    const bool fresh = u(0, 9) == 0, with_copy = u(0, 1) == 0;
+    const After want = Run(s, record, fresh, with_copy, true);
+    const After got = Run(s, record, fresh, with_copy, false);
+    ASSERT_EQ(got.answer, want.answer);
+    ASSERT_EQ(std::memcmp(&got.record, &want.record, sizeof(TCSCMD)), 0);
+    ASSERT_EQ((std::array{got.scratch.start, got.scratch.length, got.scratch.effectCode,
+                          uint32_t(got.active), got.copy_start, got.copy_in}),
+              (std::array{want.scratch.start, want.scratch.length, want.scratch.effectCode,
+                          uint32_t(want.active), want.copy_start, want.copy_in}));
+    ASSERT_EQ(got.scratch.clip, want.scratch.clip);
+    ASSERT_EQ(std::memcmp(got.scratch.effectText, want.scratch.effectText, 4096), 0);
+    record = got.record;
+    if (got.answer == kNotFound) break;
+  }
+}
+
+TEST(WalkSearch, StepsLeaveWhatPlainSearchesLeave) {
+  const char* seed = std::getenv("TCS_WALK_SEED");
+  const uint64_t base = seed != nullptr ? std::strtoull(seed, nullptr, 0) : 301;
+  for (uint64_t i = 0; i < 400 && !::testing::Test::HasFailure(); ++i) {
+    SCOPED_TRACE(::testing::Message() << "seed " << base + i);
+    Play(base + i);
+  }
+}
+
+}  // namespace
