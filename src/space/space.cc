@@ -49,10 +49,6 @@ void CTimeCodeSpace::DestroyLookup() {
   }
 }
 
-CTCLookup* CTimeCodeSpace::LookupOf(uint32_t channel) const {
-  return lookups[ChannelOrZero(channel)];
-}
-
 namespace {
 
 [[noreturn]] void Broken(const char* what) { tcs::InvariantBroken("CTimeCodeSpace", what); }

@@ -73,7 +73,7 @@ class TCS_EXPORT CTimeCodeSpace {
     return channel < kChannels ? channel : 0;
   }
   // The lookup of a channel (96 and above: channel 0), or null.
-  CTCLookup* LookupOf(uint32_t channel) const;
+  CTCLookup* LookupOf(uint32_t channel) const { return lookups[ChannelOrZero(channel)]; }
   // Aborts naming the first broken invariant. Checks the whole state: the
   // list linked both ways with matching ends and the same count each way,
   // its records owned here and on channels below 96; every lookup's own
