@@ -32,12 +32,10 @@ TEST(SetEffect, EdgeCases) {
     const char* want_text;
   };
   const Case cases[] = {
-      {"dissolve by name", 0, 0, nullptr, 15, 15, "Disolve"},
       {"a cut has no text", 8, 22, nullptr, 0, 0, ""},
       {"a cut takes the caller's text", 8, 5, "mix", 0, 0, "mix"},
       {"no effect ignores a text", 8, kNone, "mix", 30, 30, ""},
       {"no effect, keep a zero duration", 0, kNone, nullptr, kNone, 20, ""},
-      {"a code without a name", 8, 9, nullptr, 10, 10, ""},
       {"keep a zero duration", 0, 47, nullptr, kNone, 20, "Cross"},
       {"keep a none duration", kNone, 47, nullptr, kNone, 20, "Cross"},
       {"keep a real duration", 12, 47, nullptr, kNone, 12, "Cross"},
