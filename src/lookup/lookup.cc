@@ -29,6 +29,8 @@ CTCLookup::~CTCLookup() {
   Clear();
 }
 
+void CTCLookup::dbgDumpTree() const {}
+
 void CTCLookup::Clear() {
   for (const Node& pc : playClips) texts_.Release(pc.text);
   playClips.clear();

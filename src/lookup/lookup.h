@@ -113,6 +113,9 @@ class TCS_EXPORT CTCLookup {
   bool Insert(const CPlayClip& pc);
   // Frees every play clip; records stay on the list, nothing is reported.
   void Clear();
+  // A diagnostic hook that does nothing. It stays in the exported interface
+  // so that host binaries linked against it keep loading.
+  void dbgDumpTree() const;
 
   Position begin() const { return playClips.begin(); }
   Position end() const { return playClips.end(); }
