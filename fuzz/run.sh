@@ -17,7 +17,7 @@ shift
 cxx=${CXX_FUZZ:-$(command -v clang++-14 || command -v clang++)}
 out=${FUZZ_OUT:-build-fuzz}
 sanitize="-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer"
-cxxflags="-std=c++20 -O1 -g -Wall -Wextra -Werror -fPIC -DTCS_BUILDING -Isrc -I. $sanitize"
+cxxflags="-std=c++20 -O1 -g -Wall -Wextra -Werror -fPIC -Isrc -I. $sanitize"
 mkdir -p "$out/obj" "$out/findings"
 
 # Recompiles an object when it is missing or older than anything it includes.

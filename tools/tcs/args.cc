@@ -23,14 +23,14 @@ Args::Args(const std::vector<std::string>& argv, const std::vector<OptionSpec>& 
     }
     const size_t equals = arg.find('=');
     const std::string name = arg.substr(0, equals);
-    const auto spec = std::find_if(options.begin(), options.end(),
+    const auto known = std::find_if(options.begin(), options.end(),
                                    [&](const OptionSpec& o) { return name == o.name; });
-    if (spec == options.end()) {
+    if (known == options.end()) {
       if (unknown.empty()) unknown = arg;
       continue;
     }
     std::string value;
-    if (spec->takesValue) {
+    if (known->takesValue) {
       if (equals != std::string::npos) {
         value = arg.substr(equals + 1);
       } else if (i + 1 < argv.size()) {
