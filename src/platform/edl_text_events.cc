@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "platform/errlog.h"
+#include "record/timecode.h"
 #include "tcs_status.h"
 
 namespace tcs::translator {
@@ -284,6 +285,16 @@ void EdlEventReader::Emit() {
     // The clip's length on the timeline comes from its source points.
     Warn(p.line, "source length differs from record length: source out set from the record");
     line.clip.sourceOut = p.times[0] + record_length;
+  }
+  // The space cuts a clip that runs past the end of the timeline; its source
+  // out is cut with it, so that what the space plays and what an export of it
+  // writes agree. Otherwise two such clips that differ only in the frames the
+  // space never plays would stay two events here and come back as one.
+  const uint32_t span = line.clip.sourceOut - line.clip.sourceIn;
+  const uint32_t kept = LengthRule(ClampStart(p.times[2]), span);
+  if (kept != span) {
+    Warn(p.line, "event runs past the end of the timeline: cut at its end");
+    line.clip.sourceOut = line.clip.sourceIn + kept;
   }
   line.clip.videoMask = p.video;
   line.clip.audioMask = p.audio;

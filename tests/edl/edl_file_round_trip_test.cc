@@ -141,4 +141,36 @@ TEST(EdlFile, ReaderFailuresGiveAStatusAndKeepWhatWasRead) {
   EXPECT_EQ(std::get<0>(audio[0]), 30u);
 }
 
+// Clips that run past the end of the timeline are cut there, source out and
+// all. Two such events that differ only in frames never played are then one
+// source, one event in every export, and not two events that come back as
+// one.
+TEST(EdlFile, EventsCutAtTheEndOfTheTimelineSurviveARoundTrip) {
+  tcs_test::TempDir dir;
+  const std::string input = dir.File("long.edl");
+  tcs_test::WriteFile(input,
+                      "001  REEL8    B     C        10:00:00:00 12:00:00:00 01:00:00:00 700:00:00:00\n"
+                      "002  TAPE2    A2    C        10:00:00:00 14:00:00:00 01:00:00:00 800:00:00:00\n");
+  std::string exports[2];
+  std::string from = input;
+  for (std::string& written : exports) {
+    OpenedSpace space;
+    edlReadFile(space.get(), from.c_str(), nullptr);
+    for (unsigned c : {0u, 32u, 33u}) {
+      SCOPED_TRACE(c);
+      const std::vector<Played> played = Channel(*space, c);
+      ASSERT_EQ(played.size(), 1u);
+      EXPECT_EQ(std::get<0>(played[0]) + std::get<1>(played[0]), tcs::kTimelineEnd);
+      const CClip& k = *space->lookups[c]->begin()->clip;
+      EXPECT_EQ(k.sourceOut - k.sourceIn, k.length);
+    }
+    from = dir.File(&written == exports ? "first.edl" : "second.edl");
+    ASSERT_EQ(tcsWriteEdl(space.get(), from.c_str(), 0, nullptr), 0u);
+    written = tcs_test::ReadFile(from);
+    written.erase(0, written.find('\n'));  // the title names the file
+  }
+  EXPECT_EQ(exports[0], exports[1]);
+  EXPECT_NE(exports[0].find("001  REEL8    AA/V"), std::string::npos) << exports[0];
+}
+
 }  // namespace
