@@ -54,6 +54,8 @@ for harness in "${harnesses[@]}"; do
   "$cxx" $sanitize -fsanitize=fuzzer "$out/$harness.o" $objects -o "$out/$harness"
 done
 
+# The harnesses write their scratch files to $TMPDIR: memory when there is some.
+if [ -z "${TMPDIR:-}" ] && [ -d /dev/shm ] && [ -w /dev/shm ]; then export TMPDIR=/dev/shm; fi
 for harness in "${harnesses[@]}"; do
   mkdir -p "$out/corpus/$harness"
   echo "== $harness: $seconds s"
