@@ -18,7 +18,10 @@ cmake --build "$build" -j2 --target tcs_bench >/dev/null
 
 json="$(mktemp)"
 trap 'rm -f "$json"' EXIT
+# Repetitions of every benchmark run interleaved in random order, so a change
+# in the machine's load during the run falls on a floor and its measured alike.
 nice -n 0 "$build/tcs_bench" --benchmark_repetitions="$reps" \
+  --benchmark_enable_random_interleaving=true \
   --benchmark_report_aggregates_only=true --benchmark_format=json "$@" >"$json"
 
 python3 - "$json" <<'PY'
