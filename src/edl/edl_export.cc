@@ -39,7 +39,7 @@ namespace {
 struct LineBlock {
   EDLLINE line;
   char clipName[11];
-  char name[4099];
+  char name[EDLLINE_NAME_MAX + 2];
   char comment[4609];
   char reel[65];
   char extraText[4611];
@@ -91,7 +91,7 @@ void FillLine(LineBlock& block, const TCSCMD& probe, const CClip& clip,
   line.clip.auxMask = probe.auxMask;
   line.recordIn = probe.position;
   line.recordOut = probe.position + probe.outPoint - probe.inPoint;
-  CClip::GetString(block.name, clip.name, 4098);
+  CClip::GetString(block.name, clip.name, EDLLINE_NAME_MAX + 1);
   CClip::GetString(block.reel, clip.reel, 64);
   CClip::GetString(block.clipName, clip.clipName, 10);
   CClip::GetString(block.comment, clip.comment, 4608);

@@ -38,6 +38,38 @@ bool ForEachNumber(std::string_view text, Each each) {
 
 char* Text(std::string& s) { return s.empty() ? nullptr : s.data(); }
 
+int HexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  return -1;
+}
+
+// The writer's escapes undone: `\\` and `\xHH` (never `\x00`, which would end
+// the text); any other backslash stands for itself.
+void Unescape(std::string_view text, std::string& out) {
+  out.clear();
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\\' && i + 1 < text.size()) {
+      if (text[i + 1] == '\\') {
+        out += '\\';
+        ++i;
+        continue;
+      }
+      if (text[i + 1] == 'x' && i + 3 < text.size()) {
+        const int high = HexDigit(text[i + 2]);
+        const int low = HexDigit(text[i + 3]);
+        if (high >= 0 && low >= 0 && high + low > 0) {
+          out += char(high * 16 + low);
+          i += 3;
+          continue;
+        }
+      }
+    }
+    out += text[i];
+  }
+}
+
 }  // namespace
 
 EdlEventReader::EdlEventReader(TimecodeRate rate, const char* label, Sink sink, void* context)
@@ -149,10 +181,11 @@ void EdlEventReader::Start(const EventFields& fields, const uint32_t (&times)[4]
   std::memcpy(p.times, times, sizeof p.times);
   p.video = fields.tracks.video;
   p.audio = fields.tracks.audio;
-  p.pair = p.hasFrom = p.hasTo = p.hasComment = p.ownEffect = false;
+  p.pair = p.hasFrom = p.hasTo = p.hasComment = p.ownEffect = p.hasOwnName = false;
   p.reel.assign(fields.reel);
   p.fromName.clear();
   p.toName.clear();
+  p.ownName.clear();
   p.comment.clear();
   p.clipName.clear();
 }
@@ -239,6 +272,10 @@ void EdlEventReader::OnNote(std::string_view body) {
     case NoteLabel::kOwnReel:
       p.reel.assign(value);
       break;
+    case NoteLabel::kOwnName:
+      Unescape(value, p.ownName);
+      p.hasOwnName = true;
+      break;
     case NoteLabel::kOwnEffect: {
       uint32_t numbers[2];
       int n = 0;
@@ -298,7 +335,13 @@ void EdlEventReader::Emit() {
   }
   line.clip.videoMask = p.video;
   line.clip.audioMask = p.audio;
-  std::string& name = p.hasTo ? p.toName : p.fromName;
+  std::string& name = p.hasOwnName ? p.ownName : p.hasTo ? p.toName : p.fromName;
+  // A longer name would be cut by the next export, and two clips that differ
+  // only past the cut would stop being told apart.
+  if (name.size() > EDLLINE_NAME_MAX) {
+    Warn(p.line, "clip name cut to the 4097 bytes an export carries");
+    name.resize(EDLLINE_NAME_MAX);
+  }
   line.clip.name = Text(name);
   line.clip.reel = Text(p.reel);
   line.clip.comment = p.hasComment ? p.comment.data() : nullptr;

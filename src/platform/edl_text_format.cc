@@ -52,6 +52,37 @@ void AppendNote(std::string& out, std::string_view label, std::string_view value
   out.append(kLineEnd);
 }
 
+// A name the FROM CLIP NAME note carries as it is. Control characters would
+// come back as blanks and blanks at either end not at all, and names decide
+// which clips an export joins into one event, so such a name also goes on a
+// TCS NAME note that keeps every byte.
+bool PlainName(std::string_view name) {
+  if (name.front() == ' ' || name.back() == ' ') return false;
+  for (char c : name) {
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) return false;
+  }
+  return true;
+}
+
+// `\\` for a backslash; `\xHH` for a control character and for a blank at
+// either end.
+void AppendEscaped(std::string& out, std::string_view text) {
+  static constexpr char kHex[] = "0123456789ABCDEF";
+  for (size_t i = 0; i < text.size(); ++i) {
+    const auto c = static_cast<unsigned char>(text[i]);
+    const bool edge_blank = c == ' ' && (i == 0 || i + 1 == text.size());
+    if (c == '\\') {
+      out += "\\\\";
+    } else if (c < 0x20 || c == 0x7F || edge_blank) {
+      out += "\\x";
+      out += kHex[c >> 4];
+      out += kHex[c & 0xF];
+    } else {
+      out += char(c);
+    }
+  }
+}
+
 // A reel the event line can carry as it is: one to eight visible characters.
 bool PlainReel(std::string_view reel) {
   if (reel.empty() || reel.size() > kReelWidth) return false;
@@ -147,7 +178,8 @@ void AppendEvent(std::string& out, const EDLLINE& line, uint32_t number, Timecod
     if (tracks.aud4) out += "   4";
     out.append(kLineEnd);
   }
-  if (clip.name != nullptr && clip.name[0] != '\0') AppendNote(out, "FROM CLIP NAME:", clip.name);
+  const std::string_view name = View(clip.name);
+  if (!name.empty()) AppendNote(out, "FROM CLIP NAME:", name);
   if (clip.comment != nullptr && clip.comment[0] != '\0') {
     std::string_view rest = clip.comment;
     while (true) {
@@ -164,6 +196,11 @@ void AppendEvent(std::string& out, const EDLLINE& line, uint32_t number, Timecod
     AppendNote(out, "TCS CLIP:", clip.clipName);
   }
   if (!plain_reel) AppendNote(out, "TCS REEL:", reel);
+  if (!name.empty() && !PlainName(name)) {
+    out += "* TCS NAME: ";
+    AppendEscaped(out, name);
+    out.append(kLineEnd);
+  }
   if (own_effect) {
     out += "* TCS EFFECT: ";
     AppendNumber(out, line.effectCode, 1);

@@ -160,6 +160,7 @@ NoteLabel LabelOf(std::string_view body, std::string_view& value) {
       Label{"TCS TRACKS:", NoteLabel::kOwnTracks},
       Label{"TCS CLIP:", NoteLabel::kOwnClip},
       Label{"TCS REEL:", NoteLabel::kOwnReel},
+      Label{"TCS NAME:", NoteLabel::kOwnName},
       Label{"TCS EFFECT:", NoteLabel::kOwnEffect},
       Label{"TCS FRAME RATE:", NoteLabel::kOwnRate},
   };

@@ -46,6 +46,7 @@ enum class NoteLabel {
   kOwnTracks,     // TCS TRACKS: channels no track field can name
   kOwnClip,       // TCS CLIP: the short clip name
   kOwnReel,       // TCS REEL: the reel, where the event line cannot carry it
+  kOwnName,       // TCS NAME: the clip's name byte for byte, escaped
   kOwnEffect,     // TCS EFFECT: transition code and duration
   kOwnRate,       // TCS FRAME RATE: timecode rate of what follows
 };

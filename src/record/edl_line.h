@@ -16,6 +16,8 @@
 #define EDLLINE_EXPORT_FLAGS 0xFFF0u
 #define EDLLINE_CUT 'C'
 #define EDLLINE_WIPE 'W'
+// The longest clip name, in bytes, that an exported line carries.
+#define EDLLINE_NAME_MAX 4097u
 
 #pragma pack(push, 4)
 typedef struct EDLLINE {

@@ -152,6 +152,17 @@ TEST(EdlReader, StopsAtTheFirstBadLine) {
   }
 }
 
+// A name longer than an export carries is cut as the export would cut it, so
+// that the file's clips are told apart by what an export of them keeps.
+TEST(EdlReader, CutsANameToWhatAnExportCarries) {
+  const std::string text = "001  AX       V     C        00:00:00:00 00:00:01:00 00:00:00:00 00:00:01:00\n"
+                           "* FROM CLIP NAME: " + std::string(5000, 'n') + "\n";
+  uint32_t status = 1;
+  const std::vector<Event> read = Read(text, status);
+  ASSERT_EQ(read.size(), 1u);
+  EXPECT_EQ(read[0].name, std::string(EDLLINE_NAME_MAX, 'n'));
+}
+
 std::string RandomText(std::mt19937& rng, size_t max_words, bool lines) {
   static const char* const kWords[] = {"take", "A001C003", "crowd", "C:\\media\\x.mov", "über",
                                        "*", "FROM CLIP NAME:", "00:00:01:00", "a/b", "#7"};
@@ -162,6 +173,16 @@ std::string RandomText(std::mt19937& rng, size_t max_words, bool lines) {
     text += kWords[rng() % std::size(kWords)];
   }
   return text;
+}
+
+// Names decide which clips an export joins into one event, so they come back
+// byte for byte: blanks at either end, control characters, backslashes.
+std::string RandomName(std::mt19937& rng) {
+  static const char* const kOdd[] = {" ", "  ", "\t", "\x01", "\\", "\\x41", "\r\n", "\x7f"};
+  std::string name = RandomText(rng, 3, false);
+  if (rng() % 3 == 0) name = kOdd[rng() % std::size(kOdd)] + name;
+  if (rng() % 3 == 0) name += kOdd[rng() % std::size(kOdd)];
+  return name;
 }
 
 // Whatever the writer writes, the reader reads back field for field, at
@@ -191,7 +212,7 @@ TEST(EdlReader, ReadsBackWhatTheWriterWrites) {
       e.duration = kind == 0 && rng() % 2 ? 0 : rng() % 2 ? rng() % 100 : rng();
       const char* const reels[] = {"", "AX", "A001C00.", "REEL 12", "A_VERY_LONG_REEL_NAME_1"};
       e.reel = reels[rng() % std::size(reels)];
-      e.name = RandomText(rng, 4, false);
+      e.name = RandomName(rng);
       e.comment = RandomText(rng, 8, true);
       e.clipName = RandomText(rng, 1, false).substr(0, 8);
       EDLLINE line{};
