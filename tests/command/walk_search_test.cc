@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstring>
+#include <memory>
 
 #include "command/clip_search.h"
 #include "command/clip_walk.h"
@@ -136,16 +137,21 @@ void Play(uint64_t seed) {
   const char* names[] = {nullptr, "reel A", "reel B"};
   const char* effects[] = {"", "", "Dissolve", "Wipe"};
   const uint32_t channels[] = {0, 1, 2, 3, 32, 33, 34, 5};
+  std::unique_ptr<CClip> made;
   for (int i = 0, n = int(u(1, 40)); i < n; ++i) {
-    auto made = tcs_test::MakeClip(u(0, 150), u(0, 4) == 0 ? 0 : u(1, 40), u(0, 2) * 10,
-                                   names[u(0, 2)]);
-    std::strcpy(made->effectText, effects[u(0, 3)]);
+    if (made == nullptr || u(0, 2) != 0) {  // else the last clip again: linked, if on time
+      made = tcs_test::MakeClip(u(0, 150), u(0, 4) == 0 ? 0 : u(1, 40), u(0, 2) * 10,
+                                names[u(0, 2)]);
+      std::strcpy(made->effectText, effects[u(0, 3)]);
+    }
+    made->sourceOut += u(0, 5) == 0;  // which a different source out undoes
     made->channel = channels[u(0, 7)];
     tcs_test::LayPlayClip(s, made->channel, *made, u(0, 15) != 0);  // some without a record
   }
   const uint32_t modes[] = {0x18, 0x18, 0x19, 0x10, 0x14, 0x12, 0x40, 0x41, 0x70, 0x0C};
   TCSCMD record{};
-  record.flags = (u(0, 3) == 0 ? TCSF_MODE : 0) | (u(0, 5) == 0 ? TCSF_AT : 0);
+  record.flags = (u(0, 3) == 0 ? TCSF_MODE : 0) | (u(0, 5) == 0 ? TCSF_AT : 0) |
+                 (u(0, 5) == 0 ? TCSF_IN : 0);
   record.selector = modes[u(0, 9)];
   record.position = u(0, 3) == 0 ? u(0, 100) : 0;
   record.outPoint = record.position == 0 ? 0xFFFFFFFFu : 0;

@@ -137,6 +137,11 @@ void Play(uint64_t seed, bool sparse, int steps) {
           std::max(want->in, want->origin) - std::min(want->in, want->origin);
       ASSERT_EQ(out.start, want->start) << "frame " << f;
       ASSERT_EQ(source, from_origin + (f - want->start)) << "frame " << f;
+      // A cut record's source range (unless trimmed backwards) is what plays.
+      const CClip& record = *out.clip;
+      if (record.sourceIn <= record.sourceOut) {
+        ASSERT_EQ(record.sourceOut - record.sourceIn, want->length) << "frame " << f;
+      }
     }
   }
 }
