@@ -54,30 +54,26 @@ void BM_FloorShiftWalk(benchmark::State& state) {
   }
 }
 
-// Inserting [0, 1) opens two frames (one past the gap); deleting [0, 2)
-// closes them.
-void BM_RippleInsertAtHead(benchmark::State& state) {
-  const auto space = tcs_bench::Channel(state.range(0), 0);
-  const auto insert = RippleCommand(TCSCMD_INSERT, 0, 1);
-  const auto remove = RippleCommand(TCSCMD_DELETE, 0, 2);
+// Times `timed` on a channel of state.range(0) clips from `first`, undoing
+// it untimed with `undo` after each run.
+void RunRipple(benchmark::State& state, uint32_t first, TCSCMD& timed, TCSCMD& undo) {
+  const auto space = tcs_bench::Channel(state.range(0), first);
   for (auto _ : state) {
-    tcsSetMode(space.get(), insert.get());
+    tcsSetMode(space.get(), &timed);
     state.PauseTiming();
-    tcsSetMode(space.get(), remove.get());
+    tcsSetMode(space.get(), &undo);
     state.ResumeTiming();
   }
 }
 
+// Inserting [0, 1) opens two frames (one past the gap); deleting [0, 2)
+// closes them.
+void BM_RippleInsertAtHead(benchmark::State& state) {
+  RunRipple(state, 0, *RippleCommand(TCSCMD_INSERT, 0, 1), *RippleCommand(TCSCMD_DELETE, 0, 2));
+}
+
 void BM_RippleDeleteAtHead(benchmark::State& state) {
-  const auto space = tcs_bench::Channel(state.range(0), 2);
-  const auto insert = RippleCommand(TCSCMD_INSERT, 0, 1);
-  const auto remove = RippleCommand(TCSCMD_DELETE, 0, 2);
-  for (auto _ : state) {
-    tcsSetMode(space.get(), remove.get());
-    state.PauseTiming();
-    tcsSetMode(space.get(), insert.get());
-    state.ResumeTiming();
-  }
+  RunRipple(state, 2, *RippleCommand(TCSCMD_DELETE, 0, 2), *RippleCommand(TCSCMD_INSERT, 0, 1));
 }
 
 BENCHMARK(BM_FloorShiftWalk)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMicrosecond);

@@ -22,6 +22,15 @@ char* Dup(const char* text, size_t max) {
 
 constexpr size_t kNoLimit = static_cast<size_t>(-1);
 
+// The copy of text that takes the place of old; old is freed only once the
+// copy is made, so text may be old itself. The pointer fields are packed, so
+// they are passed and assigned by value.
+char* Replaced(char* old, const char* text, size_t max) {
+  char* copy = Dup(text, max);
+  std::free(old);
+  return copy;
+}
+
 }  // namespace
 
 CClip::CClip() : CTCRange(), CLIPINFO() {}
@@ -91,29 +100,10 @@ void CClip::GetString(char* buffer, const char* text, unsigned long size) {
   buffer[n] = '\0';
 }
 
-void CClip::SetName(const char* text) {
-  char* copy = Dup(text, kNoLimit);
-  std::free(name);
-  name = copy;
-}
-
-void CClip::SetReel(const char* text) {
-  char* copy = Dup(text, kNoLimit);
-  std::free(reel);
-  reel = copy;
-}
-
-void CClip::SetComment(const char* text) {
-  char* copy = Dup(text, kNoLimit);
-  std::free(comment);
-  comment = copy;
-}
-
-void CClip::SetClipName(const char* text) {
-  char* copy = Dup(text, kClipNameMax);
-  std::free(clipName);
-  clipName = copy;
-}
+void CClip::SetName(const char* text) { name = Replaced(name, text, kNoLimit); }
+void CClip::SetReel(const char* text) { reel = Replaced(reel, text, kNoLimit); }
+void CClip::SetComment(const char* text) { comment = Replaced(comment, text, kNoLimit); }
+void CClip::SetClipName(const char* text) { clipName = Replaced(clipName, text, kClipNameMax); }
 
 extern "C" unsigned int findChannel(unsigned int mask, unsigned int* rest, unsigned int base) {
   if (mask == 0) {
