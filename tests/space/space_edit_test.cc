@@ -49,7 +49,6 @@ TEST(SpaceEdit, AddedRecordsAreCorrectedInPlace) {
     ASSERT_EQ(tcsAddClip(space.get(), clip.get(), 0), TCS_OK);
     EXPECT_EQ(std::make_tuple(clip->start, clip->length, clip->sourceEnd),
               std::make_tuple(row.want_start, row.want_length, row.want_end));
-    ASSERT_NE(space->firstClip, nullptr);
     EXPECT_EQ(space->firstClip->length, row.want_length);
   }
 }
@@ -158,20 +157,21 @@ TEST(SpaceEdit, RebuildLaysALaterOverlappingRecordOverAnEarlierOne) {
   space->CheckInvariants();
 }
 
+// tcsTranslate answers the source frame and the record under the position;
+// only with bit 0 of the mode does a miss fall back to the clip search.
 TEST(SpaceEdit, TranslateFallsBackToTheSearchOnlyWithBitZero) {
   tcs_test::OpenedSpace space;
   ASSERT_EQ(tcsAddClip(space.get(), MakeClip(0, 10, 100).get(), 2), TCS_OK);
   ASSERT_EQ(tcsAddClip(space.get(), MakeClip(20, 10, 300).get(), 2), TCS_OK);
-  CClip* found = nullptr;
-  EXPECT_EQ(tcsTranslate(space.get(), 0, 5, &found, 2), 105u);
-  ASSERT_NE(found, nullptr);
-  EXPECT_EQ(found->start, 0u);
-  EXPECT_EQ(tcsTranslate(space.get(), 0x18, 15, &found, 2), tcs::kNotFound);
-  EXPECT_EQ(found, nullptr);
-  EXPECT_EQ(tcsTranslate(space.get(), 0x19, 15, &found, 2), 20u);
-  ASSERT_NE(found, nullptr);
-  EXPECT_EQ(found->sourceIn, 300u);
-  EXPECT_EQ(tcsTranslate(space.get(), 0x19, 15, nullptr, 7), tcs::kNotFound);
+  const uint32_t cases[][5] = {  // mode, position, channel, answer, record's source in
+      {0, 5, 2, 105, 100}, {0x18, 15, 2, tcs::kNotFound, 0}, {0x19, 15, 2, 20, 300},
+      {0x19, 15, 7, tcs::kNotFound, 0}};
+  for (const auto& [mode, at, channel, answer, source_in] : cases) {
+    CClip* found = nullptr;  // no output at all on the channel without clips
+    EXPECT_EQ(tcsTranslate(space.get(), mode, at, channel == 7 ? nullptr : &found, channel),
+              answer) << mode;
+    EXPECT_EQ(found == nullptr ? 0 : found->sourceIn, source_in) << mode;
+  }
 }
 
 // A replacement the host refuses puts the current clip back, as a further
