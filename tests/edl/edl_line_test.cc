@@ -76,19 +76,13 @@ unsigned int RefuseFirst(void* count, CTimeCodeSpace*, CClip*) {
   return (*static_cast<int*>(count))++ == 0 ? 1 : 0;
 }
 
-// Bad handles add nothing; a refused channel is logged and the others go on.
-TEST(EdlLineImport, BadHandlesAndRefusedChannels) {
+// A refused channel is logged and the others go on. (Bad handles and lines
+// are the bad-input table's.)
+TEST(EdlLineImport, RefusedChannelIsLoggedAndTheOthersGoOn) {
   tcs_test::LogCapture log;
   EDLLINE line{};
   line.clip = {0, 10, 0, 0, {}, 0x5, 0x1, 0, nullptr, nullptr, nullptr, nullptr, {}};
-  tcs_test::OpenedSpace space;  // first: a space opened later could reuse the closed address
-  CTimeCodeSpace* closed = tcsOpen(nullptr, nullptr, nullptr);
-  tcsClose(closed);
-  EXPECT_EQ((std::array{_tcsAddEdlLine(nullptr, &line, 0), _tcsAddEdlLine(closed, &line, 0),
-                        _tcsAddEdlLine(space.get(), nullptr, 0)}),
-            (std::array{0xA8080005u, 0xA8080005u, 0xA8080005u}));
-  EXPECT_EQ(log.Lines(), std::vector<std::string>(3, "TCSpace(0xA8080005)"));
-  log.Clear();
+  tcs_test::OpenedSpace space;
   int adds = 0;
   tcsSetAddCallback(space.get(), &adds, &RefuseFirst);
   EXPECT_EQ(_tcsAddEdlLine(space.get(), &line, 0), 0u);
