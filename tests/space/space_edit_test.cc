@@ -20,6 +20,8 @@ using tcs_test::NotificationLog;
 using tcs_test::PlaySpans;
 using Spans = std::vector<tcs_test::PlaySpan>;
 
+// An added record with an over-long length or a wrapped source end is
+// corrected in the caller's record and listed so.
 TEST(SpaceEdit, AddedRecordsAreCorrectedInPlace) {
   struct Row {
     uint32_t start, length, origin, end, in, out;
@@ -94,6 +96,8 @@ TEST(SpaceEdit, InsertFileNeedsAListeningHost) {
   EXPECT_EQ(log.Lines(), std::vector<std::string>{"TCSpace(0xA808F005)"});
 }
 
+// DeleteClip blanks the record's range unless the insert or blank bit is
+// given, ignores a null record and never ripples.
 TEST(SpaceEdit, DeleteClipBlanksOnlyItsRangeAndOnlyWithoutInsertOrBlankBits) {
   NotificationLog notes;
   tcs_test::OpenedSpace space;
@@ -110,6 +114,8 @@ TEST(SpaceEdit, DeleteClipBlanksOnlyItsRangeAndOnlyWithoutInsertOrBlankBits) {
   space->CheckInvariants();
 }
 
+// On random channels of non-overlapping records, a rebuild gives back the
+// very play clips the lookups held.
 TEST(SpaceEdit, RebuildGivesBackThePlayClipsOfNonOverlappingRecords) {
   std::mt19937 rng(301);
   for (int round = 0; round < 50; ++round) {
