@@ -5,6 +5,7 @@
 #include <random>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -17,13 +18,6 @@
 namespace {
 
 using tcs_test::OpenedSpace;
-
-// The channels an export names.
-std::vector<unsigned> ExportedChannels() {
-  std::vector<unsigned> channels = {0, 1, 2, 3};
-  for (unsigned c = 32; c < 48; ++c) channels.push_back(c);
-  return channels;
-}
 
 std::string Str(const char* text) { return text == nullptr ? "" : text; }
 
@@ -48,7 +42,8 @@ std::vector<Played> Channel(const CTimeCodeSpace& space, unsigned channel) {
 // channel it reported while an earlier event still plays, so events follow
 // one another in time; some pairs start together on different channels.
 void Fill(CTimeCodeSpace* space, std::mt19937& rng) {
-  const std::vector<unsigned> channels = ExportedChannels();
+  // The channels an export names.
+  const unsigned channels[] = {0, 1, 2, 3, 32, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42, 43, 44, 45, 46, 47};
   const char* const reels[] = {"", "AX", "TAPE01", "A001C003", "A very long reel name"};
   const uint32_t codes[] = {0, 0, 1, 7, 9, 42, 503};
   uint32_t start = 0;
@@ -62,7 +57,7 @@ void Fill(CTimeCodeSpace* space, std::mt19937& rng) {
     }
     std::vector<unsigned> on;
     for (int k = 1 + int(rng() % 4); k > 0; --k) {
-      const unsigned c = channels[rng() % channels.size()];
+      const unsigned c = channels[rng() % std::size(channels)];
       if (std::find(taken.begin(), taken.end(), c) == taken.end()) on.push_back(c);
     }
     taken.insert(taken.end(), on.begin(), on.end());
@@ -87,15 +82,13 @@ TEST(EdlFile, WrittenAndReadBackGivesTheSameClips) {
   tcs_test::TempDir dir;
   const std::string path = dir.File("round.edl");
   std::mt19937 rng(301);
-  struct Rate {
-    uint32_t fps, drop;
-  };
-  for (const Rate rate : {Rate{30, 0}, Rate{25, 0}, Rate{30, 1}, Rate{24, 0}}) {
-    SCOPED_TRACE(rate.fps + rate.drop);
+  const std::pair<uint32_t, uint32_t> rates[] = {{30, 0}, {25, 0}, {30, 1}, {24, 0}};
+  for (const auto& [fps, drop] : rates) {
+    SCOPED_TRACE(fps + drop);
     OpenedSpace original;
     Fill(original.get(), rng);
     EDLSETTINGS settings;
-    edlInitSettings(&settings, rate.fps, rate.drop);
+    edlInitSettings(&settings, fps, drop);
     ASSERT_EQ(tcsWriteEdl(original.get(), path.c_str(), 0, &settings), 0u);
 
     // Read without settings: the file says its own rate.
