@@ -41,15 +41,17 @@ Snapshot Take(const CTimeCodeSpace& space) {
   return shot;
 }
 
-// A populated space, a handle that was open and is closed, one that never
-// was, and a record found at 50 on channel 0 (for the current-clip rows).
+// Which handles a row runs with: the populated space, or (any of) a null,
+// a closed and a never opened one.
+enum Handles { kPopulated = 0, kNull = 1, kClosed = 2, kUnknown = 4, kNotOpen = 7 };
+
+// A populated space, a record found at 50 on channel 0 (for the current-clip
+// rows, after Search) and `h`, the handle the row passes.
 struct Scene {
   Scene() {
-    EXPECT_EQ(tcsAddClip(space.get(), MakeClip(0, 100, 1000, "a").get(), 0), 0u);
-    EXPECT_EQ(tcsAddClip(space.get(), MakeClip(100, 50, 2000, "b").get(), 0), 0u);
-    EXPECT_EQ(tcsAddClip(space.get(), MakeClip(20, 60, 3000, "c").get(), 32), 0u);
-    closed = tcsOpen(nullptr, nullptr, nullptr);
-    tcsClose(closed);
+    EXPECT_EQ(tcsAddClip(s(), MakeClip(0, 100, 1000, "a").get(), 0), 0u);
+    EXPECT_EQ(tcsAddClip(s(), MakeClip(100, 50, 2000, "b").get(), 0), 0u);
+    EXPECT_EQ(tcsAddClip(s(), MakeClip(20, 60, 3000, "c").get(), 32), 0u);
   }
   void Search() {
     CClip* found = nullptr;
@@ -57,27 +59,16 @@ struct Scene {
   }
   CTimeCodeSpace* s() const { return space.get(); }
   tcs_test::OpenedSpace space;
-  CTimeCodeSpace* closed = nullptr;
-  int never_opened = 0;
-  CTimeCodeSpace* unknown() { return reinterpret_cast<CTimeCodeSpace*>(&never_opened); }
+  CTimeCodeSpace* h = nullptr;
 };
 
 struct Row {
   const char* entry;
-  const char* input;
+  Handles handles;
+  const char* input;  // with kPopulated
   std::function<uint32_t(Scene&)> call;
   uint32_t answer;
   std::vector<std::string> log;
-};
-
-// A row for a handle that is not open: run with a closed and with an unknown
-// handle (and with null too when `with_null`), each answered alike.
-struct HandleRow {
-  const char* entry;
-  std::function<uint32_t(CTimeCodeSpace*)> call;
-  uint32_t answer;
-  std::vector<std::string> log;
-  bool with_null = true;
 };
 
 const std::vector<std::string> kNoLog;
@@ -92,253 +83,220 @@ constexpr uint32_t kNotFound = 0x80000001u;
 // A command record for `command` with TCSF_MARKS, in and out points and
 // channel 0; `edit` adjusts it before the call.
 uint32_t SetMode(CTimeCodeSpace* space, uint32_t command, uint32_t in, uint32_t out,
-                 const std::function<void(TCSCMD&)>& edit = nullptr) {
+                 void (*edit)(TCSCMD&) = [](TCSCMD&) {}) {
   auto record = tcs_test::NewCommand(command, TCSF_MARKS);
   record->inPoint = in;
   record->outPoint = out;
   record->videoMask = 1;
-  if (edit) edit(*record);
+  edit(*record);
   return tcsSetMode(space, record.get());
 }
 
-std::vector<HandleRow> HandleRows() {
-  auto clip = [] { return MakeClip(500, 10, 0, "x"); };
-  return {
-      {"tcsClose", [](CTimeCodeSpace* h) { return tcsClose(h); }, 0xA8080004, kBadHandle},
-      {"tcsSetAddCallback", [](CTimeCodeSpace* h) { return tcsSetAddCallback(h, nullptr, nullptr); },
-       0xE8090004, {"clsSetAddCallback(0xE8090004)"}},
-      {"tcsSetDelCallback", [](CTimeCodeSpace* h) { return tcsSetDelCallback(h, nullptr, nullptr); },
-       0xE8090004, {"clsSetDelCallback(0xE8090004)"}},
-      {"tcsSetChangeCallback",
-       [](CTimeCodeSpace* h) { return tcsSetChangeCallback(h, nullptr, nullptr); }, 0, kNoLog},
-      {"tcsAddClip", [=](CTimeCodeSpace* h) { return tcsAddClip(h, clip().get(), 0); },
-       0xA8080004, kBadHandle},
-      {"tcsSetCurClip", [=](CTimeCodeSpace* h) { return tcsSetCurClip(h, clip().get()); },
-       0xA8080005, kNullSpace},
-      {"tcsGetCurClip", [](CTimeCodeSpace* h) { CClip c; return tcsGetCurClip(h, &c); },
-       0xA8080005, kNullSpace},
-      {"tcsClipActive", [](CTimeCodeSpace* h) { return tcsClipActive(h); }, 0, kNoLog},
-      {"tcsTranslate (output not written)",
-       [](CTimeCodeSpace* h) {
-         CClip* out = reinterpret_cast<CClip*>(8);
-         const uint32_t r = tcsTranslate(h, 0, 50, &out, 0);
-         return out == reinterpret_cast<CClip*>(8) ? r : 0;
-       },
-       0xA8080004, kBadHandle},
-      {"tcsFindClip (output not written)",
-       [](CTimeCodeSpace* h) {
-         CClip* out = reinterpret_cast<CClip*>(8);
-         const uint32_t r = tcsFindClip(h, 24, 50, &out, 0);
-         return out == reinterpret_cast<CClip*>(8) ? r : 0;
-       },
-       kNotFound, kBadHandle},
-      {"tcsFindNextClip (the walk ends)",
-       [](CTimeCodeSpace* h) {
-         auto r = tcs_test::NewCommand(TCSCMD_GET, 0, TCSSUB_NEXT);
-         const uint32_t answer = tcsFindNextClip(h, r.get(), 0, nullptr);
-         return r->position == 0xFFFFFFFFu ? answer : 0;
-       },
-       kNotFound, kNoLog},
-      {"tcsSetMode", [](CTimeCodeSpace* h) { return SetMode(h, TCSCMD_CLEAR, 0, 100); },
-       0xA8080004, kBadHandle, false},
-      {"tcsGetNumberOfBackUpsAvailable",
-       [](CTimeCodeSpace* h) { return tcsGetNumberOfBackUpsAvailable(h); }, 0, kBadHandle},
-      {"tcsSetBackUpRestore",
-       [](CTimeCodeSpace* h) {
-         char name[4096] = {};
-         return tcsSetBackUpRestore(h, 1, name);
-       },
-       0xA8080004, kBadHandle},
-      {"_tcsAddEdlLine",
-       [](CTimeCodeSpace* h) {
-         EDLLINE line{};
-         line.clip.videoMask = 1;
-         line.recordOut = 10;
-         line.clip.sourceOut = 10;
-         return _tcsAddEdlLine(h, &line, 0);
-       },
-       0xA8080005, kNullSpace},
-      {"_tcsGetEdlLine",
-       [](CTimeCodeSpace* h) {
-         EDLLINE line{};
-         return _tcsGetEdlLine(h, &line, 0, 1);
-       },
-       0xA8080005, kNullSpace},
-      {"tcsWriteEdl (no file written)",
-       [](CTimeCodeSpace* h) {
-         tcs_test::TempDir dir;
-         const std::string path = dir.File("out.edl");
-         const uint32_t r = tcsWriteEdl(h, path.c_str(), 0, nullptr);
-         return tcs_test::ReadFile(path) == "<missing>" ? r : 0;
-       },
-       0xA8080004, kBadHandle},
-  };
+// tcsSetCurClip after a search, with a record that `edit` spoils.
+uint32_t SetCur(Scene& f, void (*edit)(CClip&)) {
+  f.Search();
+  auto c = MakeClip(500, 10, 0, "x");
+  edit(*c);
+  return tcsSetCurClip(f.h, c.get());
+}
+
+// The answer of `call`, or 0 when it wrote to the output it was handed.
+uint32_t LeavesOutput(const std::function<uint32_t(CClip**)>& call) {
+  CClip* const unwritten = reinterpret_cast<CClip*>(8);
+  CClip* out = unwritten;
+  const uint32_t answer = call(&out);
+  return out == unwritten ? answer : 0;
+}
+
+// A malformed EDL whose first bad event line is line 2: one log line, naming it.
+uint32_t ReadMalformed(Scene& f) {
+  tcs_test::TempDir dir;
+  const std::string path = dir.File("bad.edl");
+  tcs_test::WriteFile(path, "TITLE: t\n001  AX  V  C  00:00:0x:00 junk\n"
+                            "002  AX       V     C        00:00:00:00 00:00:01:00 "
+                            "00:00:00:00 00:00:01:00\n");
+  tcs_test::LogCapture log;
+  const uint32_t r = edlReadFile(f.h, path.c_str(), nullptr);
+  const std::vector<std::string> lines = log.Lines();
+  EXPECT_EQ(lines.size(), 1u);
+  EXPECT_EQ(lines.empty() ? "" : lines[0].substr(lines[0].find(") ") + 2, 7), "line 2:");
+  return r;
 }
 
 std::vector<Row> Rows() {
-  auto clip = [] { return MakeClip(500, 10, 0, "x"); };
+  const auto clip = [] { return MakeClip(500, 10, 0, "x"); };
+  const char* const any = "";
   return {
-      {"tcsOpen", "path of 4096 characters",
+      {"tcsOpen", kPopulated, "path of 4096 characters",
        [](Scene&) { return tcsOpen(nullptr, nullptr, std::string(4096, 'p').c_str()) == nullptr; },
        1, kBadArgs},
-      {"tcsOpen", "closed handle: a new space, no error",
+      {"tcsOpen (a new space, no error)", kNotOpen, any,
        [](Scene& f) {
-         CTimeCodeSpace* opened = tcsOpen(f.closed, nullptr, nullptr);
+         CTimeCodeSpace* opened = tcsOpen(f.h, nullptr, nullptr);
          const bool fresh = opened != nullptr && opened != f.s();
          tcsClose(opened);
          return uint32_t{fresh};
        },
        1, kNoLog},
-      {"tcsAddClip", "null record", [](Scene& f) { return tcsAddClip(f.s(), nullptr, 0); },
-       0xA8087013, kBadArgs},
-      {"tcsSetCurClip", "null record",
-       [](Scene& f) {
-         f.Search();
-         return tcsSetCurClip(f.s(), nullptr);
-       },
-       0xA8087013, kBadArgs},
-      {"tcsSetCurClip", "no search yet",
-       [=](Scene& f) { return tcsSetCurClip(f.s(), clip().get()); }, 0xA808F003, kNoCurrent},
-      {"tcsSetCurClip", "reversed source (out before in)",
-       [=](Scene& f) {
-         f.Search();
-         auto c = clip();
-         c->sourceIn = 50;
-         c->sourceOut = 40;
-         return tcsSetCurClip(f.s(), c.get());
-       },
-       0xA8087013, kBadArgs},
-      {"tcsSetCurClip", "over-long range (start + length past 2^32)",
-       [=](Scene& f) {
-         f.Search();
-         auto c = clip();
-         c->start = 0xFFFFFF00u;
-         c->length = 0x200;
-         return tcsSetCurClip(f.s(), c.get());
-       },
-       0xA8087013, kBadArgs},
-      {"tcsSetCurClip", "another channel",
-       [=](Scene& f) {
-         f.Search();
-         auto c = clip();
-         c->channel = 1;
-         return tcsSetCurClip(f.s(), c.get());
-       },
-       0xA8087013, kBadArgs},
-      {"tcsGetCurClip", "null record", [](Scene& f) { return tcsGetCurClip(f.s(), nullptr); },
-       0xA8087013, kBadArgs},
-      {"tcsGetCurClip", "no search yet", [](Scene& f) { CClip c; return tcsGetCurClip(f.s(), &c); },
-       0xA808F003, kNoCurrent},
-      {"tcsFindNextClip", "null record",
-       [](Scene& f) { return tcsFindNextClip(f.s(), nullptr, 0, nullptr); }, kNotFound, kNoLog},
-      {"tcsSetMode", "null record", [](Scene& f) { return tcsSetMode(f.s(), nullptr); },
+      {"tcsClose", kNotOpen, any, [](Scene& f) { return tcsClose(f.h); }, 0xA8080004, kBadHandle},
+      {"tcsSetAddCallback", kNotOpen, any,
+       [](Scene& f) { return tcsSetAddCallback(f.h, nullptr, nullptr); }, 0xE8090004,
+       {"clsSetAddCallback(0xE8090004)"}},
+      {"tcsSetDelCallback", kNotOpen, any,
+       [](Scene& f) { return tcsSetDelCallback(f.h, nullptr, nullptr); }, 0xE8090004,
+       {"clsSetDelCallback(0xE8090004)"}},
+      {"tcsSetChangeCallback", kNotOpen, any,
+       [](Scene& f) { return tcsSetChangeCallback(f.h, nullptr, nullptr); }, 0, kNoLog},
+      {"tcsAddClip", kNotOpen, any, [=](Scene& f) { return tcsAddClip(f.h, clip().get(), 0); },
        0xA8080004, kBadHandle},
-      {"tcsSetMode", "null space: position 0xFFFFFFFF",
-       [](Scene&) {
+      {"tcsAddClip", kPopulated, "null record",
+       [](Scene& f) { return tcsAddClip(f.h, nullptr, 0); }, 0xA8087013, kBadArgs},
+      {"tcsSetCurClip", kNotOpen, any, [=](Scene& f) { return tcsSetCurClip(f.h, clip().get()); },
+       0xA8080005, kNullSpace},
+      {"tcsSetCurClip", kPopulated, "null record",
+       [](Scene& f) { return f.Search(), tcsSetCurClip(f.h, nullptr); }, 0xA8087013, kBadArgs},
+      {"tcsSetCurClip", kPopulated, "no search yet",
+       [=](Scene& f) { return tcsSetCurClip(f.h, clip().get()); }, 0xA808F003, kNoCurrent},
+      {"tcsSetCurClip", kPopulated, "reversed source (out before in)",
+       [](Scene& f) { return SetCur(f, [](CClip& c) { c.sourceIn = 50, c.sourceOut = 40; }); },
+       0xA8087013, kBadArgs},
+      {"tcsSetCurClip", kPopulated, "over-long range (start + length past 2^32)",
+       [](Scene& f) {
+         return SetCur(f, [](CClip& c) { c.start = 0xFFFFFF00u, c.length = 0x200; });
+       },
+       0xA8087013, kBadArgs},
+      {"tcsSetCurClip", kPopulated, "another channel",
+       [](Scene& f) { return SetCur(f, [](CClip& c) { c.channel = 1; }); }, 0xA8087013, kBadArgs},
+      {"tcsGetCurClip", kNotOpen, any, [](Scene& f) { CClip c; return tcsGetCurClip(f.h, &c); },
+       0xA8080005, kNullSpace},
+      {"tcsGetCurClip", kPopulated, "null record",
+       [](Scene& f) { return tcsGetCurClip(f.h, nullptr); }, 0xA8087013, kBadArgs},
+      {"tcsGetCurClip", kPopulated, "no search yet",
+       [](Scene& f) { CClip c; return tcsGetCurClip(f.h, &c); }, 0xA808F003, kNoCurrent},
+      {"tcsClipActive", kNotOpen, any, [](Scene& f) { return tcsClipActive(f.h); }, 0, kNoLog},
+      {"tcsTranslate (output not written)", kNotOpen, any,
+       [](Scene& f) {
+         return LeavesOutput([&](CClip** o) { return tcsTranslate(f.h, 0, 50, o, 0); });
+       },
+       0xA8080004, kBadHandle},
+      {"tcsFindClip (output not written)", kNotOpen, any,
+       [](Scene& f) {
+         return LeavesOutput([&](CClip** o) { return tcsFindClip(f.h, 24, 50, o, 0); });
+       },
+       kNotFound, kBadHandle},
+      {"tcsFindNextClip (the walk ends)", kNotOpen, any,
+       [](Scene& f) {
+         auto r = tcs_test::NewCommand(TCSCMD_GET, 0, TCSSUB_NEXT);
+         const uint32_t answer = tcsFindNextClip(f.h, r.get(), 0, nullptr);
+         return r->position == 0xFFFFFFFFu ? answer : 0;
+       },
+       kNotFound, kNoLog},
+      {"tcsFindNextClip", kPopulated, "null record",
+       [](Scene& f) { return tcsFindNextClip(f.h, nullptr, 0, nullptr); }, kNotFound, kNoLog},
+      {"tcsSetMode", Handles(kClosed | kUnknown), any,
+       [](Scene& f) { return SetMode(f.h, TCSCMD_CLEAR, 0, 100); }, 0xA8080004, kBadHandle},
+      {"tcsSetMode", kPopulated, "null record", [](Scene& f) { return tcsSetMode(f.h, nullptr); },
+       0xA8080004, kBadHandle},
+      {"tcsSetMode (position 0xFFFFFFFF)", kNull, any,
+       [](Scene& f) {
          auto r = tcs_test::NewCommand(TCSCMD_CLEAR, TCSF_ALL);
-         const uint32_t answer = tcsSetMode(nullptr, r.get());
+         const uint32_t answer = tcsSetMode(f.h, r.get());
          return r->position == 0xFFFFFFFFu ? answer : 0;
        },
        0xFFFFFFFF, kNoLog},
-      {"tcsSetMode", "wrong type",
+      {"tcsSetMode", kPopulated, "wrong type",
        [](Scene& f) {
-         return SetMode(f.s(), TCSCMD_CLEAR, 0, 100, [](TCSCMD& r) { r.type = 0xFA250201u; });
+         return SetMode(f.h, TCSCMD_CLEAR, 0, 100, [](TCSCMD& r) { r.type = 0xFA250201u; });
        },
        0xA8087004, {"TCSpace(0xA8087004)"}},
-      {"tcsSetMode", "reversed range (delete, in after out)",
-       [](Scene& f) { return SetMode(f.s(), TCSCMD_DELETE, 120, 30); }, 0, kBadRange},
-      {"tcsSetMode", "over-long range (delete over 10692001 frames)",
-       [](Scene& f) { return SetMode(f.s(), TCSCMD_DELETE, 0, 10692001); }, 0, kBadRange},
-      {"tcsSetMode", "reversed range (insert, in after out)",
-       [](Scene& f) { return SetMode(f.s(), TCSCMD_INSERT, 120, 30); }, 0, kBadRange},
-      {"tcsSetMode", "insert with neither text nor all three marks",
+      {"tcsSetMode", kPopulated, "reversed range (delete, in after out)",
+       [](Scene& f) { return SetMode(f.h, TCSCMD_DELETE, 120, 30); }, 0, kBadRange},
+      {"tcsSetMode", kPopulated, "over-long range (delete over 10692001 frames)",
+       [](Scene& f) { return SetMode(f.h, TCSCMD_DELETE, 0, 10692001); }, 0, kBadRange},
+      {"tcsSetMode", kPopulated, "reversed range (insert, in after out)",
+       [](Scene& f) { return SetMode(f.h, TCSCMD_INSERT, 120, 30); }, 0, kBadRange},
+      {"tcsSetMode", kPopulated, "insert with neither text nor all three marks",
        [](Scene& f) {
-         return SetMode(f.s(), TCSCMD_INSERT, 0, 10, [](TCSCMD& r) { r.flags = TCSF_IN; });
+         return SetMode(f.h, TCSCMD_INSERT, 0, 10, [](TCSCMD& r) { r.flags = TCSF_IN; });
        },
        0xA8087013, kBadArgs},
-      {"tcsSetMode", "too-short size (40: no flags declared)",
-       [](Scene& f) {
-         return SetMode(f.s(), TCSCMD_DELETE, 0, 100, [](TCSCMD& r) { r.size = 40; });
-       },
+      {"tcsSetMode", kPopulated, "too-short size (40: no flags declared)",
+       [](Scene& f) { return SetMode(f.h, TCSCMD_DELETE, 0, 100, [](TCSCMD& r) { r.size = 40; }); },
        0xA8087013, kBadArgs},
-      {"tcsSetMode", "too-short size (56: no in or out point declared)",
-       [](Scene& f) {
-         return SetMode(f.s(), TCSCMD_DELETE, 0, 100, [](TCSCMD& r) { r.size = 56; });
-       },
+      {"tcsSetMode", kPopulated, "too-short size (56: no in or out point declared)",
+       [](Scene& f) { return SetMode(f.h, TCSCMD_DELETE, 0, 100, [](TCSCMD& r) { r.size = 56; }); },
        0, kBadRange},
-      {"_tcsAddEdlLine", "null line", [](Scene& f) { return _tcsAddEdlLine(f.s(), nullptr, 0); },
-       0xA8080005, kNullSpace},
-      {"_tcsGetEdlLine", "null line",
-       [](Scene& f) { return _tcsGetEdlLine(f.s(), nullptr, 0, 1); }, 0xA8080005, kNullSpace},
-      {"tcsWriteEdl", "a path that cannot be opened",
-       [](Scene& f) { return tcsWriteEdl(f.s(), "/nonexistent-dir/out.edl", 0, nullptr); },
+      {"tcsSetMode", kPopulated, "unknown sub-command",
+       [](Scene& f) { return tcsSetMode(f.h, tcs_test::NewCommand(TCSCMD_GET, 0, 95).get()); },
        0xFFFFFFFF, kNoLog},
-      {"edlReadFile", "null space",
-       [](Scene&) { return edlReadFile(nullptr, "x.edl", nullptr); }, 0xA8080005,
-       {"edlReadFile(x.edl): no space (0xA8080005)"}},
-      {"edlReadFile", "a file that does not exist",
-       [](Scene& f) { return edlReadFile(f.s(), "/nonexistent-dir/in.edl", nullptr); },
-       0xFFFFFFFF,
-       {"edlReadFile(/nonexistent-dir/in.edl): cannot open or read the file (0xFFFFFFFF)"}},
-      {"edlReadFile", "malformed EDL (the first event line cannot be read)",
+      {"tcsGetNumberOfBackUpsAvailable", kNotOpen, any,
+       [](Scene& f) { return tcsGetNumberOfBackUpsAvailable(f.h); }, 0, kBadHandle},
+      {"tcsSetBackUpRestore", kNotOpen, any,
+       [](Scene& f) {
+         char name[4096] = {};
+         return tcsSetBackUpRestore(f.h, 1, name);
+       },
+       0xA8080004, kBadHandle},
+      {"_tcsAddEdlLine", kNotOpen, any,
+       [](Scene& f) {
+         EDLLINE line{};
+         line.clip.videoMask = 1;
+         line.recordOut = line.clip.sourceOut = 10;
+         return _tcsAddEdlLine(f.h, &line, 0);
+       },
+       0xA8080005, kNullSpace},
+      {"_tcsAddEdlLine", kPopulated, "null line",
+       [](Scene& f) { return _tcsAddEdlLine(f.h, nullptr, 0); }, 0xA8080005, kNullSpace},
+      {"_tcsGetEdlLine", kNotOpen, any,
+       [](Scene& f) { EDLLINE line{}; return _tcsGetEdlLine(f.h, &line, 0, 1); }, 0xA8080005,
+       kNullSpace},
+      {"_tcsGetEdlLine", kPopulated, "null line",
+       [](Scene& f) { return _tcsGetEdlLine(f.h, nullptr, 0, 1); }, 0xA8080005, kNullSpace},
+      {"tcsWriteEdl (no file written)", kNotOpen, any,
        [](Scene& f) {
          tcs_test::TempDir dir;
-         const std::string path = dir.File("bad.edl");
-         tcs_test::WriteFile(path, "TITLE: t\n001  AX  V  C  00:00:0x:00 junk\n"
-                                   "002  AX       V     C        00:00:00:00 00:00:01:00 "
-                                   "00:00:00:00 00:00:01:00\n");
-         tcs_test::LogCapture log;
-         const uint32_t r = edlReadFile(f.s(), path.c_str(), nullptr);
-         const std::vector<std::string> lines = log.Lines();  // names file and line
-         EXPECT_EQ(lines.size(), 1u);
-         EXPECT_EQ(lines.empty() ? "" : lines[0].substr(lines[0].find(") ") + 2, 7), "line 2:");
-         return r;
+         const std::string path = dir.File("out.edl");
+         const uint32_t r = tcsWriteEdl(f.h, path.c_str(), 0, nullptr);
+         return tcs_test::ReadFile(path) == "<missing>" ? r : 0;
        },
-       0xA8087013, kNoLog},
-      {"tcsSetMode", "unknown sub-command",
-       [](Scene& f) {
-         auto r = tcs_test::NewCommand(TCSCMD_GET, 0, 95);
-         return tcsSetMode(f.s(), r.get());
-       },
+       0xA8080004, kBadHandle},
+      {"tcsWriteEdl", kPopulated, "a path that cannot be opened",
+       [](Scene& f) { return tcsWriteEdl(f.h, "/nonexistent-dir/out.edl", 0, nullptr); },
        0xFFFFFFFF, kNoLog},
+      {"edlReadFile", kNull, any, [](Scene& f) { return edlReadFile(f.h, "x.edl", nullptr); },
+       0xA8080005, {"edlReadFile(x.edl): no space (0xA8080005)"}},
+      {"edlReadFile", kPopulated, "a file that does not exist",
+       [](Scene& f) { return edlReadFile(f.h, "/nonexistent-dir/in.edl", nullptr); }, 0xFFFFFFFF,
+       {"edlReadFile(/nonexistent-dir/in.edl): cannot open or read the file (0xFFFFFFFF)"}},
+      {"edlReadFile", kPopulated, "malformed EDL (the first event line cannot be read)",
+       ReadMalformed, 0xA8087013, kNoLog},
   };
 }
 
-// Runs `call` on a fresh populated space and checks answer, log and that
-// nothing on the space changed.
-void Check(const std::function<uint32_t(Scene&)>& call, uint32_t answer,
-           const std::vector<std::string>& lines) {
-  Scene scene;
-  const Snapshot before = Take(*scene.s());
-  ASSERT_FALSE(before.empty());
-  tcs_test::LogCapture log;
-  EXPECT_EQ(call(scene), answer);
-  EXPECT_EQ(log.Lines(), lines);
-  EXPECT_EQ(Take(*scene.s()), before);
-  scene.s()->CheckInvariants();
-}
-
-TEST(BadInput, HandlesThatAreNotOpenAreNeverUsed) {
-  for (const HandleRow& row : HandleRows()) {
-    for (const char* kind : {"null", "closed", "unknown"}) {
-      if (kind == std::string("null") && !row.with_null) continue;
-      SCOPED_TRACE(testing::Message() << row.entry << ": " << kind << " handle");
-      Check(
-          [&](Scene& f) {
-            CTimeCodeSpace* handle = kind == std::string("null")     ? nullptr
-                                     : kind == std::string("closed") ? f.closed
-                                                                     : f.unknown();
-            return row.call(handle);
-          },
-          row.answer, row.log);
-    }
-  }
-}
-
+// Each row runs on a fresh populated space, with each handle it names, and
+// must give its answer and log lines and change nothing on the space.
 TEST(BadInput, EveryEntryPointAnswersAndLosesNothing) {
   for (const Row& row : Rows()) {
-    SCOPED_TRACE(testing::Message() << row.entry << ": " << row.input);
-    Check(row.call, row.answer, row.log);
+    for (const Handles kind : {kPopulated, kNull, kClosed, kUnknown}) {
+      if (kind == kPopulated ? row.handles != kPopulated : (row.handles & kind) == 0) continue;
+      const char* handle = kind == kNull ? "null" : kind == kClosed ? "closed" : "unknown";
+      SCOPED_TRACE(testing::Message()
+                   << row.entry << ": " << (kind == kPopulated ? row.input : handle));
+      Scene scene;
+      int never_opened = 0;
+      scene.h = kind == kPopulated ? scene.s()
+                : kind == kUnknown ? reinterpret_cast<CTimeCodeSpace*>(&never_opened)
+                : kind == kClosed  ? tcsOpen(nullptr, nullptr, nullptr)
+                                   : nullptr;
+      if (kind == kClosed) tcsClose(scene.h);
+      const Snapshot before = Take(*scene.s());
+      ASSERT_FALSE(before.empty());
+      tcs_test::LogCapture log;
+      EXPECT_EQ(row.call(scene), row.answer);
+      EXPECT_EQ(log.Lines(), row.log);
+      EXPECT_EQ(Take(*scene.s()), before);
+      scene.s()->CheckInvariants();
+    }
   }
 }
 

@@ -1,5 +1,6 @@
-// Counting and restoring backups on real files, against a model of what a
-// restore does to the numbered files.
+// Backups: their names, the file copy they are restored with, and counting
+// and restoring them on real files against a model of what a restore does to
+// the numbered files.
 #include "backup/backup_restore.h"
 
 #include <gtest/gtest.h>
@@ -12,12 +13,14 @@
 #include <string>
 #include <vector>
 
+#include "backup/backup_api.h"
+#include "backup/backup_copy.h"
+#include "backup/backup_names.h"
 #include "support/log_capture.h"
 #include "support/temp_dir.h"
 
 namespace {
 
-using tcs_test::LogCapture;
 using tcs_test::ReadFile;
 using tcs_test::TempDir;
 using tcs_test::WriteFile;
@@ -55,17 +58,12 @@ struct Folder {
   }
 };
 
-int ModelCount(const Layout& layout) {
-  int count = 0;
-  while (layout.count(count) != 0) ++count;
-  return count;
-}
-
 // Restoring n: backups before n go, backup n - 1 becomes the space's file,
 // every later one of the run moves down one (000 onto -1 when n = 0).
 // Files past the run stay.
 Layout ModelRestore(const Layout& before, int n) {
-  const int count = ModelCount(before);
+  int count = 0;
+  while (before.count(count) != 0) ++count;
   if (n > count) return before;
   Layout after = before;
   for (int i = 0; i < count; ++i) after.erase(i);
@@ -90,7 +88,7 @@ TEST(BackupRestore, MatchesTheModel) {
           const std::string own = folder.File(kOwn);
           EXPECT_EQ(tcs::CountBackups(own.c_str()), static_cast<uint32_t>(run));
           char restored[4096] = "untouched";
-          LogCapture log;
+          tcs_test::LogCapture log;
           EXPECT_EQ(tcs::RestoreBackup(own.c_str(), n, restored), kNone);
           EXPECT_EQ(folder.Read(), ModelRestore(before, n));
           EXPECT_EQ(restored, n >= 1 && n <= run ? folder.File(n - 1) : "untouched");
@@ -111,6 +109,59 @@ TEST(BackupRestore, FailedCopyKeepsItsSource) {
   EXPECT_EQ(std::filesystem::file_size(folder.File(0)), 0x100000000u);
   std::filesystem::resize_file(folder.File(0), 0);
   EXPECT_EQ(folder.Read(), (Layout{{kOwn, "space"}, {-1, "old"}, {0, ""}, {1, "B"}}));
+}
+
+// Names are "%s.%03d.%s" around the space's file, never cut: a name that
+// does not fit is empty, and a file whose name is too long has none.
+TEST(BackupRestore, Names) {
+  const std::string dir = "/" + std::string(4084, 'd');
+  const std::string file_4091 = dir + "/t.spc";  // backup 999: 4095 characters
+  const std::string cases[][3] = {
+      {"/data/timeline.spc", "0", "/data/timeline.000.spc"},
+      {"/data/timeline.spc", "-1", "/data/timeline.-01.spc"},
+      {"/data/timeline.spc", "1000", "/data/timeline.1000.spc"},
+      {"/data/timeline", "0", "/data/timeline.000."},
+      {"a.b.spc", "7", "a.b.007.spc"},
+      {file_4091, "999", dir + "/t.999.spc"},
+      {file_4091, "1000", ""},  // 4096 characters: refused, not cut
+      {"/data/" + std::string(300, 'n') + ".spc", "0", "<no names>"},
+  };
+  for (const auto& [file, number, want] : cases) {
+    SCOPED_TRACE(testing::Message() << file.size() << " " << number);
+    const auto names = tcs::BackupNames::Of(file.c_str());
+    tcs::PathBuffer out;
+    out.fill('?');
+    if (names) names->Backup(std::stoi(number), out);
+    EXPECT_EQ(names ? std::string(out.data()) : "<no names>", want);
+  }
+}
+
+// A copy replaces an existing destination whole and leaves the source; it
+// neither creates a destination nor copies an empty source. The exported
+// CopyFileContents does the same.
+TEST(BackupRestore, CopyFile) {
+  const std::string kMissing = "<missing>";
+  const std::string cases[][3] = {  // destination before, source, destination after
+      {kMissing, "0123456789", kMissing},
+      {std::string(100, 'h'), "0123456789", "0123456789"},
+      {"keep", "", "keep"},
+  };
+  for (const auto& [before, source, after] : cases) {
+    for (bool exported : {false, true}) {
+      SCOPED_TRACE(testing::Message() << before.size() << (exported ? " (exported)" : ""));
+      TempDir dir;
+      std::string to = dir.File("to"), from = dir.File("from");
+      if (before != kMissing) WriteFile(to, before);
+      WriteFile(from, source);
+      if (exported) {
+        CopyFileContents(to.data(), from.data());
+      } else {
+        EXPECT_EQ(tcs::CopyFileBytes(to.c_str(), from.c_str()), after != before);
+      }
+      EXPECT_EQ(ReadFile(to), after);
+      EXPECT_EQ(ReadFile(from), source);
+    }
+  }
 }
 
 }  // namespace

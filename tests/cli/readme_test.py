@@ -19,28 +19,22 @@ BLOCK = re.compile(r"```(\w+)\n(.*?)```", re.S)
 
 def run_console(block, programs, scratch, pictures):
     """The block with every command's output replaced by what it prints now."""
-    out, lines = [], block.splitlines()
-    i = 0
-    while i < len(lines):
-        line = lines[i]
-        i += 1
-        out.append(line)
+    out = []
+    for line in block.splitlines():
         if not line.startswith("$ "):
-            continue
+            continue  # an output line: replaced by what the command before prints
+        out.append(line)
         args = shlex.split(line[2:])
         if args[0] not in programs:
             raise SystemExit("README runs an unknown program: " + line)
-        run = subprocess.run([programs[args[0]], *args[1:]], cwd=scratch, text=True,
-                             stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=60)
+        run = subprocess.run([programs[args[0]], *args[1:]], cwd=scratch, capture_output=True,
+                             text=True, timeout=60)
         if run.returncode != 0:
-            raise SystemExit("README command failed (%d): %s\n%s" % (run.returncode, line, run.stderr))
+            raise SystemExit("README command failed (%d): %s\n%s"
+                             % (run.returncode, line, run.stderr))
         out.extend(run.stdout.rstrip("\n").splitlines())
-        while i < len(lines) and not lines[i].startswith("$ "):
-            i += 1
-        if "-o" in args:
-            target = args[args.index("-o") + 1]
-            if target.endswith(".svg"):
-                pictures.append(target)
+        if "-o" in args and args[args.index("-o") + 1].endswith(".svg"):
+            pictures.append(args[args.index("-o") + 1])
     return "\n".join(out) + "\n"
 
 
@@ -48,42 +42,35 @@ def main():
     update = "--update" in sys.argv
     tcs, host = (os.path.abspath(a) for a in sys.argv[1:3])
     programs = {"build/tcs": tcs, "build/host_example": host}
-    with open("README.md") as f:
-        readme = f.read()
-    with open("examples/host_example.c") as f:
-        host_source = f.read()
-    problems = []
+    readme, host_source = (open(name).read() for name in ("README.md", "examples/host_example.c"))
+    problems, pictures = [], []
     scratch = tempfile.mkdtemp(prefix="tcs-readme-")
     try:
         shutil.copytree("examples", os.path.join(scratch, "examples"))
         os.mkdir(os.path.join(scratch, "docs"))
-        pictures = []
 
         def check(match):
             kind, body = match.group(1), match.group(2)
-            if kind == "c" and body != host_source:
-                problems.append("the C example differs from examples/host_example.c")
-                return "```c\n" + host_source + "```"
-            if kind == "console":
-                fresh = run_console(body, programs, scratch, pictures)
-                if fresh != body:
-                    problems.append("a console block prints something else now:\n" + fresh)
-                return "```console\n" + fresh + "```"
-            return match.group(0)
+            fresh = {"c": lambda: host_source,
+                     "console": lambda: run_console(body, programs, scratch, pictures)}
+            if kind not in fresh:
+                return match.group(0)
+            now = fresh[kind]()
+            if now != body:
+                problems.append("a %s block differs from what it shows now:\n%s" % (kind, now))
+            return "```%s\n%s```" % (kind, now)
 
         fresh_readme = BLOCK.sub(check, readme)
         if "```c\n" not in readme:
             problems.append("the README shows no C example")
-        for picture in pictures:
-            with open(os.path.join(scratch, picture)) as f:
-                drawn = f.read()
-            committed = open(picture).read() if os.path.exists(picture) else None
-            if drawn != committed:
-                problems.append(picture + " is not what the README's command draws now")
-                if update:
-                    shutil.copy(os.path.join(scratch, picture), picture)
         if not pictures:
             problems.append("the README draws no picture")
+        for picture in pictures:
+            drawn = os.path.join(scratch, picture)
+            if not os.path.exists(picture) or open(drawn).read() != open(picture).read():
+                problems.append(picture + " is not what the README's command draws now")
+                if update:
+                    shutil.copy(drawn, picture)
         if update and fresh_readme != readme:
             with open("README.md", "w") as f:
                 f.write(fresh_readme)

@@ -13,10 +13,10 @@ namespace {
 
 using tcs_test::FakeClock;
 using tcs_test::ListedClips;
-using tcs_test::LogCapture;
 using tcs_test::MakeClip;
 using tcs_test::NotificationLog;
 
+// A refused record is never listed, but each attempt stamps the space.
 TEST(ClipList, ARefusingHostKeepsTheListEmptyButEveryAttemptStamps) {
   FakeClock clock(500);
   NotificationLog log;
@@ -33,17 +33,18 @@ TEST(ClipList, ARefusingHostKeepsTheListEmptyButEveryAttemptStamps) {
   EXPECT_EQ(log.added, std::vector<CClip*>(2, clip.get()));  // the caller's record
 }
 
+// A listed record is a copy owning its strings, on the channel asked for;
+// the delete notification sees it unlinked but intact.
 TEST(ClipList, TheDeleteNotificationSeesTheIntactUnlinkedRecord) {
-  struct Seen {
-    CClip* clip = nullptr;
-    bool unlinked = false;
-    uint32_t source_in = 0;
+  static struct Seen {
+    CClip* clip;
+    bool unlinked;
+    uint32_t source_in;
   } seen;
   tcs_test::OpenedSpace space;
-  tcsSetDelCallback(space.get(), &seen, [](void* context, CTimeCodeSpace*, CClip* clip) {
-    auto* s = static_cast<Seen*>(context);
-    *s = {clip, clip->owner == nullptr && clip->next == nullptr && clip->prev == nullptr,
-          clip->sourceIn};
+  tcsSetDelCallback(space.get(), nullptr, [](void*, CTimeCodeSpace*, CClip* clip) {
+    seen = {clip, clip->owner == nullptr && clip->next == nullptr && clip->prev == nullptr,
+            clip->sourceIn};
     return 7u;  // ignored
   });
   auto a = MakeClip(0, 10, 100, "a");
@@ -52,17 +53,17 @@ TEST(ClipList, TheDeleteNotificationSeesTheIntactUnlinkedRecord) {
   EXPECT_EQ(std::make_tuple(listed_a->owner, listed_a->channel, listed_b->channel),
             std::make_tuple(space.get(), 5u, 95u));
   // Packed pointer fields are read by value, never bound to a reference.
-  const char* listed_name = listed_a->name;
-  const char* callers_name = a->name;
+  const char *listed_name = listed_a->name, *callers_name = a->name;
   EXPECT_STREQ(listed_name, "a");
-  EXPECT_NE(listed_name, callers_name);  // the copy owns its strings
+  EXPECT_NE(listed_name, callers_name);
   space->__DelClipFromList(listed_b);
-  EXPECT_EQ(seen.clip, listed_b);
-  EXPECT_TRUE(seen.unlinked);
-  EXPECT_EQ(seen.source_in, 200u);
+  EXPECT_EQ(std::make_tuple(seen.clip, seen.unlinked, seen.source_in),
+            std::make_tuple(listed_b, true, 200u));
   EXPECT_EQ(ListedClips(*space), std::vector<CClip*>{listed_a});
 }
 
+// Deleting a null, foreign or unlisted record does nothing; without a delete
+// notification Destroy empties the list silently and stamps.
 TEST(ClipList, ForeignAndNullRecordsAreIgnoredWithoutStampOrNotification) {
   FakeClock clock(1000);
   NotificationLog log;
@@ -79,15 +80,15 @@ TEST(ClipList, ForeignAndNullRecordsAreIgnoredWithoutStampOrNotification) {
   EXPECT_TRUE(log.deleted.empty());
   EXPECT_EQ(ListedClips(*space), std::vector<CClip*>{mine});
   EXPECT_EQ(ListedClips(*other), std::vector<CClip*>{foreign});
-  // With the delete notification off, Destroy empties silently and stamps.
   tcsSetDelCallback(space.get(), nullptr, nullptr);
   space->Destroy();
   EXPECT_EQ(space->firstClip, nullptr);
   EXPECT_EQ(space->changeStamp.load(), 9999u);
 }
 
+// A notification that throws is logged and counts as a yes.
 TEST(ClipList, AThrowingNotificationIsLoggedAndCountsAsYes) {
-  LogCapture log;
+  tcs_test::LogCapture log;
   tcs_test::OpenedSpace space;
   auto raise = [](void*, CTimeCodeSpace*, CClip*) -> unsigned int {
     throw std::runtime_error("host failure");
@@ -103,6 +104,7 @@ TEST(ClipList, AThrowingNotificationIsLoggedAndCountsAsYes) {
                              "WARNING(tcSpaceXMap): EXP on TCS Del Clip Callback \n\r"}));
 }
 
+// The file's time is read on opening and again on every change, not on queries.
 TEST(ClipList, EveryChangeReReadsTheFilesTime) {
   const std::string path = ::testing::TempDir() + "clip_list_file_time.spc";
   std::fclose(std::fopen(path.c_str(), "w"));
@@ -110,7 +112,7 @@ TEST(ClipList, EveryChangeReReadsTheFilesTime) {
   const uint64_t at_open = space->fileTime.load();
   EXPECT_NE(at_open, 0u);
   std::remove(path.c_str());
-  EXPECT_EQ(space->fileTime.load(), at_open);  // queries and opening do not stamp
+  EXPECT_EQ(space->fileTime.load(), at_open);
   ASSERT_EQ(tcsAddClip(space.get(), MakeClip(0, 10).get(), 0), TCS_OK);
   EXPECT_EQ(space->fileTime.load(), 0u);
 }

@@ -13,6 +13,8 @@ using tcs_test::LogCapture;
 using tcs_test::MakeClip;
 using tcs_test::NotificationLog;
 
+// A space keeps its path; sharing it by handle counts opens, and only the
+// last close empties it (telling the host of each record).
 TEST(Registry, SharingCountsOpensAndTheLastCloseEmptiesTheSpace) {
   const uint32_t open_before = dlTCS.count;
   CTimeCodeSpace* space = tcsOpen(nullptr, nullptr, "/no/such/file.spc");

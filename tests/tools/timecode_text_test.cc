@@ -6,6 +6,7 @@
 #include <string>
 
 #include "channels.h"
+#include "support/label_clock.h"
 #include "timecode_text.h"
 
 namespace tcs::cli {
@@ -16,23 +17,11 @@ namespace {
 TEST(TimecodeTextTest, RoundTripsAgainstALabelWalk) {
   for (const FrameRate rate : {FrameRate{25, false}, FrameRate{30, false}, FrameRate{30, true},
                                FrameRate{60, true}, FrameRate{24, false}}) {
-    const uint32_t dropped = rate.dropFrame ? rate.fps / 15 : 0;
-    uint32_t h = 0, m = 0, s = 0, f = 0;
-    for (uint32_t frame = 0; frame < rate.fps * 60 * 11; ++frame) {
-      char label[32];
-      std::snprintf(label, sizeof label, "%02u:%02u:%02u%c%02u", h, m, s,
-                    rate.dropFrame ? ';' : ':', f);
-      ASSERT_EQ(FormatTimecode(frame, rate), label) << frame;
+    tcs_test::LabelClock clock{rate.fps, rate.dropFrame ? rate.fps / 15 : 0};
+    for (uint32_t frame = 0; frame < rate.fps * 60 * 11; ++frame, clock.Tick()) {
+      ASSERT_EQ(FormatTimecode(frame, rate), clock.Label()) << frame;
       std::string error;
-      ASSERT_EQ(ParseTimecode(label, rate, &error), frame) << label << error;
-      if (++f == rate.fps) {
-        f = 0;
-        if (++s == 60) {
-          s = 0;
-          if (++m == 60) m = 0, ++h;
-          if (m % 10 != 0) f = dropped;
-        }
-      }
+      ASSERT_EQ(ParseTimecode(clock.Label(), rate, &error), frame) << clock.Label() << error;
     }
   }
   // Past 99 hours the hours take more digits rather than wrapping.
