@@ -4,20 +4,19 @@
 // record-less play clips and link sources across channels, with host search
 // modes, the cover search and fresh marks. After every step the record, the
 // caller's copy of the clip, the scratch play clip (all its bytes) and
-// clipActive must be the same. TCS_WALK_SEED overrides the first seed.
+// clipActive must be the same. TCS_WALK_SEED and TCS_WALK_RUNS move the seeds.
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdlib>
 #include <cstring>
-#include <random>
-#include <string>
+#include <memory>
 
 #include "command/clip_search.h"
 #include "command/clip_walk.h"
 #include "lookup/lookup.h"
 #include "space/space.h"
 #include "space/space_lock.h"
+#include "support/random_channel.h"
 #include "support/test_clips.h"
 #include "tcs.h"
 
@@ -131,30 +130,28 @@ After Run(CTimeCodeSpace& s, const TCSCMD& from, bool fresh, bool with_copy, boo
 }
 
 void Play(uint64_t seed) {
-  std::mt19937_64 rng(seed);
-  const auto u = [&rng](uint32_t lo, uint32_t hi) { return uint32_t(lo + rng() % (hi - lo + 1)); };
+  tcs_test::Dice u(seed);
   tcs_test::OpenedSpace space;
   CTimeCodeSpace& s = *space;
   tcs::SpaceLock hold(s);
   const char* names[] = {nullptr, "reel A", "reel B"};
   const char* effects[] = {"", "", "Dissolve", "Wipe"};
   const uint32_t channels[] = {0, 1, 2, 3, 32, 33, 34, 5};
+  std::unique_ptr<CClip> made;
   for (int i = 0, n = int(u(1, 40)); i < n; ++i) {
-    const uint32_t c = channels[u(0, 7)];
-    if (s.lookups[c] == nullptr) s.lookups[c] = new CTCLookup(&s);
-    auto made = tcs_test::MakeClip(u(0, 150), u(0, 4) == 0 ? 0 : u(1, 40), u(0, 2) * 10,
-                                   names[u(0, 2)]);
-    std::strcpy(made->effectText, effects[u(0, 3)]);
-    made->channel = c;
-    CClip* record = s.__AddClipToList(0, made.get(), c);
-    CPlayClip pc;
-    pc.Construct(record);
-    if (u(0, 15) == 0) pc.clip = nullptr;  // a play clip without a record
-    s.lookups[c]->Insert(pc);
+    if (made == nullptr || u(0, 2) != 0) {  // else the last clip again: linked, if on time
+      made = tcs_test::MakeClip(u(0, 150), u(0, 4) == 0 ? 0 : u(1, 40), u(0, 2) * 10,
+                                names[u(0, 2)]);
+      std::strcpy(made->effectText, effects[u(0, 3)]);
+    }
+    made->sourceOut += u(0, 5) == 0;  // which a different source out undoes
+    made->channel = channels[u(0, 7)];
+    tcs_test::LayPlayClip(s, made->channel, *made, u(0, 15) != 0);  // some without a record
   }
   const uint32_t modes[] = {0x18, 0x18, 0x19, 0x10, 0x14, 0x12, 0x40, 0x41, 0x70, 0x0C};
   TCSCMD record{};
-  record.flags = (u(0, 3) == 0 ? TCSF_MODE : 0) | (u(0, 5) == 0 ? TCSF_AT : 0);
+  record.flags = (u(0, 3) == 0 ? TCSF_MODE : 0) | (u(0, 5) == 0 ? TCSF_AT : 0) |
+                 (u(0, 5) == 0 ? TCSF_IN : 0);
   record.selector = modes[u(0, 9)];
   record.position = u(0, 3) == 0 ? u(0, 100) : 0;
   record.outPoint = record.position == 0 ? 0xFFFFFFFFu : 0;
@@ -176,13 +173,6 @@ void Play(uint64_t seed) {
   }
 }
 
-TEST(WalkSearch, StepsLeaveWhatPlainSearchesLeave) {
-  const char* seed = std::getenv("TCS_WALK_SEED");
-  const uint64_t base = seed != nullptr ? std::strtoull(seed, nullptr, 0) : 301;
-  for (uint64_t i = 0; i < 400 && !::testing::Test::HasFailure(); ++i) {
-    SCOPED_TRACE(::testing::Message() << "seed " << base + i);
-    Play(base + i);
-  }
-}
+TEST(WalkSearch, StepsLeaveWhatPlainSearchesLeave) { tcs_test::ForEachSeed("TCS_WALK", 301, 400, Play); }
 
 }  // namespace

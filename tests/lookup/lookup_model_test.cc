@@ -9,14 +9,13 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
-#include <cstdlib>
-#include <random>
 #include <vector>
 
 #include "lookup/lookup.h"
 #include "record/timecode.h"
 #include "space/space.h"
 #include "space/space_lock.h"
+#include "support/random_channel.h"
 #include "support/test_clips.h"
 
 namespace {
@@ -51,8 +50,8 @@ void Blank(std::vector<Run>& runs, int64_t s, int64_t e, bool refused) {
 // 32 bits, where records of any length wrap past 2^32; the model then rarely
 // stays exact and the invariants are the check.
 void Play(uint64_t seed, bool sparse, int steps) {
-  std::mt19937_64 rng(seed);
-  const auto u = [&rng](uint32_t lo, uint32_t hi) { return uint32_t(lo + rng() % (hi - lo + 1)); };
+  tcs_test::Dice u(seed);
+  auto& rng = u.rng;
   tcs_test::NotificationLog notes;
   tcs_test::OpenedSpace opened;
   CTimeCodeSpace& space = *opened;
@@ -138,24 +137,19 @@ void Play(uint64_t seed, bool sparse, int steps) {
           std::max(want->in, want->origin) - std::min(want->in, want->origin);
       ASSERT_EQ(out.start, want->start) << "frame " << f;
       ASSERT_EQ(source, from_origin + (f - want->start)) << "frame " << f;
+      // A cut record's source range (unless trimmed backwards) is what plays.
+      const CClip& record = *out.clip;
+      if (record.sourceIn <= record.sourceOut) {
+        ASSERT_EQ(record.sourceOut - record.sourceIn, want->length) << "frame " << f;
+      }
     }
   }
 }
 
-void PlayMany(uint64_t first_seed, uint64_t runs, int steps, bool sparse) {
-  const char* seed = std::getenv("TCS_LOOKUP_SEED");
-  const char* count = std::getenv("TCS_LOOKUP_RUNS");
-  const uint64_t base = seed != nullptr ? std::strtoull(seed, nullptr, 0) : first_seed;
-  if (count != nullptr) runs = std::strtoull(count, nullptr, 0);
-  for (uint64_t i = 0; i < runs && !::testing::Test::HasFailure(); ++i) {
-    SCOPED_TRACE(::testing::Message() << "seed " << base + i);
-    Play(base + i, sparse, steps);
-  }
-}
-
 TEST(LookupModel, RandomEditsMatchFrameModel) {
-  PlayMany(301, 600, 30, false);
-  PlayMany(9001, 1500, 12, true);  // near 0 and the end of the timeline
+  tcs_test::ForEachSeed("TCS_LOOKUP", 301, 600, [](uint64_t seed) { Play(seed, false, 30); });
+  // Near 0 and the end of the timeline.
+  tcs_test::ForEachSeed("TCS_LOOKUP", 9001, 1500, [](uint64_t seed) { Play(seed, true, 12); });
 }
 
 }  // namespace

@@ -3,15 +3,13 @@
 // the end of the timeline and 2^32, where starts clamp and wrap. The walk
 // runs on a std::map of starts; a twin space takes the same blank first (a
 // delete blanks its range before it pulls), so the map starts from the same
-// state. Play clips and every listed record must agree. TCS_RIPPLE_SEED
-// overrides the first seed.
+// state. Play clips and every listed record must agree. TCS_RIPPLE_SEED and
+// TCS_RIPPLE_RUNS move the seeds.
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <iterator>
 #include <map>
-#include <random>
 #include <tuple>
 #include <vector>
 
@@ -19,6 +17,7 @@
 #include "record/timecode.h"
 #include "space/space.h"
 #include "space/space_lock.h"
+#include "support/random_channel.h"
 #include "support/test_clips.h"
 
 namespace {
@@ -96,8 +95,7 @@ Listed ListedRecords(const CTimeCodeSpace& space) {
 }
 
 void Play(uint64_t seed) {
-  std::mt19937_64 rng(seed);
-  const auto u = [&rng](uint32_t lo, uint32_t hi) { return uint32_t(lo + rng() % (hi - lo + 1)); };
+  tcs_test::Dice u(seed);
   const auto near = [&](uint32_t k) {
     return k < 5 ? u(0, 80) : k < 8 ? kLastStart - 60 + u(0, 100) : 0xFFFFFF80u + u(0, 0x7F);
   };
@@ -109,10 +107,7 @@ void Play(uint64_t seed) {
     const uint32_t start = run ? 100 + 7 * uint32_t(i) : near(u(0, 9));
     const uint32_t length = run ? 7 : u(0, 3) == 0 ? 0 : u(0, 9) == 0 ? 0x80000000u : u(1, 40);
     for (Channel* c : {&tested, &twin}) {
-      CClip* record = c->space->__AddClipToList(0, tcs_test::MakeClip(start, length, i).get(), 0);
-      CPlayClip pc;
-      pc.Construct(record);
-      c->lookup->Insert(pc);
+      tcs_test::LayPlayClip(*c->space, 0, *tcs_test::MakeClip(start, length, i));
     }
   }
   for (int step = 0; step < 12 && !::testing::Test::HasFailure(); ++step) {
@@ -153,12 +148,7 @@ void Play(uint64_t seed) {
 }
 
 TEST(LookupRipple, MovesMatchTheRoundByRoundWalk) {
-  const char* seed = std::getenv("TCS_RIPPLE_SEED");
-  const uint64_t base = seed != nullptr ? std::strtoull(seed, nullptr, 0) : 301;
-  for (uint64_t i = 0; i < 3000 && !::testing::Test::HasFailure(); ++i) {
-    SCOPED_TRACE(::testing::Message() << "seed " << base + i);
-    Play(base + i);
-  }
+  tcs_test::ForEachSeed("TCS_RIPPLE", 301, 3000, Play);
 }
 
 }  // namespace
