@@ -40,20 +40,18 @@ TEST(ClipSearch, FindingSetsTheCurrentClip) {
 // then answer that there is none instead of reading freed memory. An edit
 // that only cuts the record keeps it current.
 TEST(ClipSearch, TheCurrentClipGoesWithItsRecord) {
-  const auto blank = [](CTimeCodeSpace& s) { s.ModifyRange(0, 100, 1, 0, TCS_EDIT_BLANK); };
-  const auto cut = [](CTimeCodeSpace& s) { s.ModifyRange(0, 5, 1, 0, TCS_EDIT_BLANK); };
-  const auto overwrite = [](CTimeCodeSpace& s) {
-    s.AddClip(0, tcs_test::MakeClip(0, 50).get(), 0);
-  };
-  const auto destroy = [](CTimeCodeSpace& s) { s.Destroy(); };
-  const auto other = [](CTimeCodeSpace& s) { s.ModifyRange(40, 60, 1, 0, TCS_EDIT_BLANK); };
   const struct {
     const char* name;
     void (*edit)(CTimeCodeSpace&);
     bool stays;
-  } cases[] = {{"blank", blank, false},     {"overwrite", overwrite, false},
-               {"destroy", destroy, false}, {"cut", cut, true},
-               {"other clip", other, true}};
+  } cases[] = {
+      {"blank", [](CTimeCodeSpace& s) { s.ModifyRange(0, 100, 1, 0, TCS_EDIT_BLANK); }, false},
+      {"overwrite", [](CTimeCodeSpace& s) { s.AddClip(0, tcs_test::MakeClip(0, 50).get(), 0); },
+       false},
+      {"destroy", [](CTimeCodeSpace& s) { s.Destroy(); }, false},
+      {"cut", [](CTimeCodeSpace& s) { s.ModifyRange(0, 5, 1, 0, TCS_EDIT_BLANK); }, true},
+      {"other clip", [](CTimeCodeSpace& s) { s.ModifyRange(40, 60, 1, 0, TCS_EDIT_BLANK); }, true},
+  };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     tcs_test::OpenedSpace space;
@@ -67,9 +65,7 @@ TEST(ClipSearch, TheCurrentClipGoesWithItsRecord) {
     const uint32_t expected = c.stays ? 0u : 0xA808F003u;
     EXPECT_EQ(tcsClipActive(space.get()), c.stays ? 1u : 0u);
     EXPECT_EQ(tcsGetCurClip(space.get(), &copy), expected);
-    if (c.stays) {
-      EXPECT_STREQ(copy.name, "a");
-    }
+    EXPECT_STREQ(copy.name, c.stays ? "a" : nullptr);  // else left alone
     auto replacement = tcs_test::MakeClip(200, 10, 3, "r");
     EXPECT_EQ(tcsSetCurClip(space.get(), replacement.get()), expected);
   }

@@ -10,6 +10,7 @@
 #include <array>
 #include <cstring>
 #include <memory>
+#include <tuple>
 
 #include "command/clip_search.h"
 #include "command/clip_walk.h"
@@ -101,32 +102,35 @@ uint32_t PlainStep(CTimeCodeSpace& s, TCSCMD& r, bool fresh, CClip* clip) {
   return r.position;
 }
 
-// What a step leaves behind besides its answer.
+// What a step leaves behind: its answer, the record, the scratch play clip,
+// clipActive and the caller's copy of the clip.
 struct After {
   uint32_t answer;
   TCSCMD record;
   CPlayClip scratch;
-  uint8_t active;
-  uint32_t copy_start, copy_in;
+  uint32_t active, copy_start, copy_in;
+  bool operator==(const After& o) const {
+    return std::memcmp(&record, &o.record, sizeof record) == 0 &&
+           std::memcmp(scratch.effectText, o.scratch.effectText, sizeof scratch.effectText) == 0 &&
+           std::tie(answer, scratch.start, scratch.length, scratch.effectCode, scratch.clip, active,
+                    copy_start, copy_in) == std::tie(o.answer, o.scratch.start, o.scratch.length,
+                                                     o.scratch.effectCode, o.scratch.clip, o.active,
+                                                     o.copy_start, o.copy_in);
+  }
 };
 
 After Run(CTimeCodeSpace& s, const TCSCMD& from, bool fresh, bool with_copy, bool plain) {
-  After after{};
-  after.record = from;
   // A scratch state no search leaves, so an untouched one shows.
   std::memset(s.currentPlayClip.effectText, '#', sizeof s.currentPlayClip.effectText);
   s.currentPlayClip.start = 0xDEAD;
   s.currentPlayClip.clip = nullptr;
   s.clipActive = 7;
   CClip copy;
+  TCSCMD record = from;
   CClip* out = with_copy ? &copy : nullptr;
-  after.answer = plain ? PlainStep(s, after.record, fresh, out)
-                       : tcs::FindNextClip(s, after.record, fresh, out);
-  after.scratch = s.currentPlayClip;
-  after.active = s.clipActive;
-  after.copy_start = copy.start;
-  after.copy_in = copy.sourceIn;
-  return after;
+  const uint32_t answer = plain ? PlainStep(s, record, fresh, out)
+                                : tcs::FindNextClip(s, record, fresh, out);
+  return {answer, record, s.currentPlayClip, s.clipActive, copy.start, copy.sourceIn};
 }
 
 void Play(uint64_t seed) {
@@ -160,14 +164,7 @@ void Play(uint64_t seed) {
     const bool fresh = u(0, 9) == 0, with_copy = u(0, 1) == 0;
     const After want = Run(s, record, fresh, with_copy, true);
     const After got = Run(s, record, fresh, with_copy, false);
-    ASSERT_EQ(got.answer, want.answer);
-    ASSERT_EQ(std::memcmp(&got.record, &want.record, sizeof(TCSCMD)), 0);
-    ASSERT_EQ((std::array{got.scratch.start, got.scratch.length, got.scratch.effectCode,
-                          uint32_t(got.active), got.copy_start, got.copy_in}),
-              (std::array{want.scratch.start, want.scratch.length, want.scratch.effectCode,
-                          uint32_t(want.active), want.copy_start, want.copy_in}));
-    ASSERT_EQ(got.scratch.clip, want.scratch.clip);
-    ASSERT_EQ(std::memcmp(got.scratch.effectText, want.scratch.effectText, 4096), 0);
+    ASSERT_TRUE(got == want) << "answer " << got.answer << ", plain " << want.answer;
     record = got.record;
     if (got.answer == kNotFound) break;
   }
