@@ -170,6 +170,8 @@ void Play(uint64_t seed) {
   }
 }
 
-TEST(WalkSearch, StepsLeaveWhatPlainSearchesLeave) { tcs_test::ForEachSeed("TCS_WALK", 301, 400, Play); }
+TEST(WalkSearch, StepsLeaveWhatPlainSearchesLeave) {
+  tcs_test::ForEachSeed("TCS_WALK", 301, 400, Play);
+}
 
 }  // namespace

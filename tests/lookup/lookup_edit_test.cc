@@ -38,7 +38,8 @@ TEST(LookupEdit, ClampsAtTheLastStartAndRemovesAtOrBefore) {
       {{{20000000, 100, 0}},
        [](CTCLookup& l) { l.ModifyRange(0, 50, TCS_EDIT_DELETE | TCS_EDIT_RIPPLE); },
        {{kLastStart, 100, 0}}},
-      {{{100, 50, 300}}, [](CTCLookup& l) { l.ShiftRange(100, 20000000); }, {{kLastStart, 50, 300}}},
+      {{{100, 50, 300}}, [](CTCLookup& l) { l.ShiftRange(100, 20000000); },
+       {{kLastStart, 50, 300}}},
       {two, RemoveAt(50, false), two},
       {two, RemoveAt(120, true), {{150, 50, 80}}},
   };
