@@ -53,7 +53,6 @@ Overlap Classify(uint32_t rs, uint32_t rl, uint32_t xs, uint32_t xl) {
   return Contains(xs, xl, re) ? Overlap::kHead : Overlap::kUntouched;
 }
 
-
 // A ripple rewrites the start of every moved play clip's record. Records lie
 // 4 KB apart and are reached through their vtable pointer, so on a long
 // channel each is a cache and TLB miss. The insert's walk is short enough
