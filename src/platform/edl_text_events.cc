@@ -1,5 +1,6 @@
 #include "platform/edl_text_events.h"
 
+#include <charconv>
 #include <cstring>
 
 #include "platform/errlog.h"
@@ -38,13 +39,6 @@ bool ForEachNumber(std::string_view text, Each each) {
 
 char* Text(std::string& s) { return s.empty() ? nullptr : s.data(); }
 
-int HexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  return -1;
-}
-
 // The writer's escapes undone: `\\` and `\xHH` (never `\x00`, which would end
 // the text); any other backslash stands for itself.
 void Unescape(std::string_view text, std::string& out) {
@@ -57,10 +51,11 @@ void Unescape(std::string_view text, std::string& out) {
         continue;
       }
       if (text[i + 1] == 'x' && i + 3 < text.size()) {
-        const int high = HexDigit(text[i + 2]);
-        const int low = HexDigit(text[i + 3]);
-        if (high >= 0 && low >= 0 && high + low > 0) {
-          out += char(high * 16 + low);
+        const char* digits = text.data() + i + 2;
+        unsigned value = 0;
+        const auto [end, error] = std::from_chars(digits, digits + 2, value, 16);
+        if (error == std::errc() && end == digits + 2 && value != 0) {
+          out += char(value);
           i += 3;
           continue;
         }
@@ -181,7 +176,7 @@ void EdlEventReader::Start(const EventFields& fields, const uint32_t (&times)[4]
   std::memcpy(p.times, times, sizeof p.times);
   p.video = fields.tracks.video;
   p.audio = fields.tracks.audio;
-  p.pair = p.hasFrom = p.hasTo = p.hasComment = p.ownEffect = p.hasOwnName = false;
+  p.pair = p.hasFrom = p.hasTo = p.hasComment = p.ownEffect = false;
   p.reel.assign(fields.reel);
   p.fromName.clear();
   p.toName.clear();
@@ -274,7 +269,6 @@ void EdlEventReader::OnNote(std::string_view body) {
       break;
     case NoteLabel::kOwnName:
       Unescape(value, p.ownName);
-      p.hasOwnName = true;
       break;
     case NoteLabel::kOwnEffect: {
       uint32_t numbers[2];
@@ -335,7 +329,7 @@ void EdlEventReader::Emit() {
   }
   line.clip.videoMask = p.video;
   line.clip.audioMask = p.audio;
-  std::string& name = p.hasOwnName ? p.ownName : p.hasTo ? p.toName : p.fromName;
+  std::string& name = !p.ownName.empty() ? p.ownName : p.hasTo ? p.toName : p.fromName;
   // A longer name would be cut by the next export, and two clips that differ
   // only past the cut would stop being told apart.
   if (name.size() > EDLLINE_NAME_MAX) {

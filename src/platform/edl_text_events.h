@@ -71,14 +71,13 @@ class EdlEventReader {
     bool hasTo = false;
     bool hasComment = false;
     bool ownEffect = false;
-    bool hasOwnName = false;
     uint32_t ownCode = 0;
     uint32_t ownDuration = 0;
     // Reused from event to event: their memory grows once, not per line.
     std::string reel;
     std::string fromName;
     std::string toName;
-    std::string ownName;
+    std::string ownName;  // from a TCS NAME note; never empty when given
     std::string comment;
     std::string clipName;
   };
