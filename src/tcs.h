@@ -4,6 +4,7 @@
 #define TCS_H_
 
 #include "tcs_export.h"
+#include "tcs_results.h"
 #include "tcs_status.h"
 
 #include "platform/errlog.h"
@@ -12,6 +13,8 @@
 #include "record/clip_info.h"
 #include "space/clip_callback.h"
 #include "space/space_api.h"
+#include "record/tcs_clip.h"
+#include "space/listing_api.h"
 #include "command/tcs_cmd.h"
 #include "command/command_api.h"
 #include "backup/backup_api.h"
@@ -19,7 +22,10 @@
 #include "platform/edl_translator.h"
 #include "edl/edl_api.h"
 
-#ifdef __cplusplus
+// The library's C++ classes, for hosts that link its C++ interface. A host
+// that keeps to the C entry points (as the tcs tool and the examples do)
+// defines TCS_C_API_ONLY and sees none of them.
+#if defined(__cplusplus) && !defined(TCS_C_API_ONLY)
 #include "lookup/lookup.h"
 #include "record/play_clip.h"
 #include "record/tc_range.h"

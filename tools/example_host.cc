@@ -1,7 +1,9 @@
-// A small host: opens a space, lays clips on two channels, overwrites a range
-// and prints the clip list and each channel's play clips, with timecodes at
-// 30 frames per second.
+// A small host: opens a space, lays clips on two channels through the
+// command record, overwrites a range and prints each channel's clips through
+// the listing entry points, with timecodes at 30 frames per second. Uses
+// only the C entry points of tcs.h.
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 #include "tcs.h"
@@ -20,34 +22,49 @@ std::string Tc(unsigned int frames) {
 
 unsigned int Accept(void*, CTimeCodeSpace*, CClip*) { return 0; }
 
-void AddClip(CTimeCodeSpace* space, unsigned int channel, unsigned int start,
-             unsigned int length, unsigned int source_in, const char* name) {
-  CClip clip;
-  clip.ClearClip();
-  clip.start = start;
-  clip.length = length;
-  clip.sourceIn = source_in;
-  clip.sourceOut = source_in + length;
-  clip.SetName(name);
-  const unsigned int status = tcsAddClip(space, &clip, channel);
-  if (status != TCS_OK) std::fprintf(stderr, "tcsAddClip: 0x%X\n", status);
+// Overwrites `channels` ("V1+A1") from `at` with source [in, in + length) of `name`.
+void Overwrite(CTimeCodeSpace* space, const char* channels, unsigned int at,
+               unsigned int length, unsigned int in, const char* name) {
+  TCSCMD cmd;
+  std::memset(&cmd, 0, sizeof cmd);
+  cmd.type = TCSCMD_TYPE;
+  cmd.size = sizeof cmd;
+  cmd.command = TCSCMD_INSERT;
+  cmd.flags = TCSF_TEXT | TCSF_POS | TCSF_IN | TCSF_OUT;
+  unsigned int aux = 0;
+  if (tcsParseChannels(channels, &cmd.videoMask, &cmd.audioMask, &aux) != TCS_OK) return;
+  cmd.position = at;
+  cmd.inPoint = in;
+  cmd.outPoint = in + length;
+  std::snprintf(cmd.longText, sizeof cmd.longText, "%s", name);
+  const unsigned int status = tcsSetMode(space, &cmd);
+  if (status != TCS_OK) std::fprintf(stderr, "tcsSetMode: 0x%X\n", status);
 }
 
 void PrintSpace(CTimeCodeSpace* space) {
-  std::printf("clip list:\n");
-  for (const CClip* c = space->firstClip; c != nullptr; c = c->next) {
-    std::printf("  ch %2u  %s - %s  source %s - %s  %s\n", c->channel, Tc(c->start).c_str(),
-                Tc(c->start + c->length).c_str(), Tc(c->sourceIn).c_str(),
-                Tc(c->sourceOut).c_str(), c->name != nullptr ? c->name : "");
-  }
-  for (unsigned int channel = 0; channel < CTimeCodeSpace::kChannels; ++channel) {
-    const CTCLookup* lookup = space->lookups[channel];
-    if (lookup == nullptr) continue;
-    std::printf("channel %u plays:\n", channel);
-    for (const auto& pc : *lookup) {
-      std::printf("  %s - %s  %s\n", Tc(pc.start).c_str(), Tc(pc.start + pc.length).c_str(),
-                  pc.clip != nullptr && pc.clip->name != nullptr ? pc.clip->name : "");
-    }
+  unsigned int masks[3];
+  if (tcsGetChannels(space, &masks[0], &masks[1], &masks[2]) != TCS_OK) return;
+  for (unsigned int channel = 0; channel < 96; ++channel) {
+    if ((masks[channel / 32] >> (channel % 32) & 1) == 0) continue;
+    char name[8];
+    unsigned int count = 0;
+    tcsChannelName(channel, name, sizeof name);
+    tcsGetClipCount(space, channel, &count);
+    std::printf("%s (%u %s):\n", name, count, count == 1 ? "clip" : "clips");
+    TCSCLIP rows[4];  // small batches, to show the cursor going on
+    unsigned int from = 0;
+    do {
+      if (tcsGetClips(space, channel, from, TCS_NO_TIMECODE, rows, 4, &count, &from) != TCS_OK) {
+        return;
+      }
+      for (unsigned int i = 0; i < count; ++i) {
+        const TCSCLIP& c = rows[i];
+        std::printf("  %s - %s  source %s - %s  %s\n", Tc(c.start).c_str(),
+                    Tc(c.start + c.length).c_str(), Tc(c.sourceIn).c_str(),
+                    Tc(c.sourceOut).c_str(),
+                    c.info != nullptr && c.info->name != nullptr ? c.info->name : "");
+      }
+    } while (from != TCS_NO_TIMECODE);
   }
 }
 
@@ -58,21 +75,19 @@ int main() {
   if (space == nullptr) return 1;
   tcsSetAddCallback(space, nullptr, &Accept);
 
-  AddClip(space, 0, 0, 300, 1000, "opening");
-  AddClip(space, 0, 300, 600, 5000, "interview");
-  AddClip(space, 32, 0, 900, 0, "music");
+  Overwrite(space, "V1", 0, 300, 1000, "opening");
+  Overwrite(space, "V1", 300, 600, 5000, "interview");
+  Overwrite(space, "A1", 0, 900, 0, "music");
 
   std::printf("== after adding three clips\n");
   PrintSpace(space);
 
-  // Overwrite 00:00:13:10 to 00:00:16:20 of channel 0: the interview is cut in two.
-  AddClip(space, 0, 400, 100, 9000, "insert");
-  std::printf("\n== after overwriting %s - %s on channel 0\n", Tc(400).c_str(), Tc(500).c_str());
+  // Overwrite 00:00:13:10 to 00:00:16:20 of V1: the interview is cut in two.
+  Overwrite(space, "V1", 400, 100, 9000, "insert");
+  std::printf("\n== after overwriting %s - %s on V1\n", Tc(400).c_str(), Tc(500).c_str());
   PrintSpace(space);
 
-  CClip* playing = nullptr;
-  const unsigned int frame = tcsTranslate(space, 0, 550, &playing, 0);
-  std::printf("\nat %s channel 0 plays source %s of \"%s\"\n", Tc(550).c_str(), Tc(frame).c_str(),
-              playing != nullptr && playing->name != nullptr ? playing->name : "");
+  const unsigned int frame = tcsTranslate(space, 0, 550, nullptr, 0);
+  std::printf("\nat %s V1 plays source %s\n", Tc(550).c_str(), Tc(frame).c_str());
   return tcsClose(space) == TCS_OK ? 0 : 1;
 }

@@ -18,8 +18,8 @@
 #include "command/walk_search.h"
 #include "lookup/search_mode.h"
 #include "platform/clip.h"
+#include "record/channel_set.h"
 #include "record/timecode.h"
-#include "space/channel_mask.h"
 #include "space/space.h"
 #include "space/space_lock.h"
 
@@ -30,9 +30,8 @@ namespace {
 constexpr std::array<uint32_t, 20> kWalkChannels = {
     0, 1, 2, 3, 32, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42, 43, 44, 45, 46, 47};
 
-// The walk's search mode unless the record names one: the start of the play
-// clip covering the cursor, else of the first one after it.
-constexpr uint32_t kWalkMode = kSelectStart | kGapTakesNext;
+// The walk's search mode unless the record names one.
+constexpr uint32_t kWalkMode = SearchMode::StartOfCoverOrNext().word();
 
 // Flags ORed into the record when an event's fields are filled in.
 constexpr uint32_t kEventFlags = TCSF_TEXT | TCSF_OUT | TCSF_IN | TCSF_AT | TCSF_POS;
@@ -60,16 +59,14 @@ struct WalkChoice {
 };
 
 bool Marked(uint32_t video_marks, uint32_t audio_marks, uint32_t channel) {
-  if (channel < kFirstAudioChannel) return ((video_marks >> channel) & 1) != 0;
-  return ((audio_marks >> (channel - kFirstAudioChannel)) & 1) != 0;
+  return ChannelSet(video_marks, audio_marks).Has(channel);
 }
 
 void Mark(TCSCMD& record, uint32_t channel) {
-  if (channel < kFirstAudioChannel) {
-    record.videoMask |= 1u << channel;
-  } else {
-    record.audioMask |= 1u << (channel - kFirstAudioChannel);
-  }
+  ChannelSet marks(record.videoMask, record.audioMask);
+  marks.Add(channel);
+  record.videoMask = marks.video();
+  record.audioMask = marks.audio();
 }
 
 void ClearMarks(TCSCMD& record) {
@@ -82,7 +79,7 @@ void ClearMarks(TCSCMD& record) {
 // aside: channel 0 first, then the highest covering video channel, and an
 // audio channel only when no video channel covers it.
 void OfferCover(WalkChoice& choice, uint32_t channel, uint32_t value) {
-  if (channel < kFirstAudioChannel || choice.channel == kNoChannel) {
+  if (channel < ChannelSet::kFirstAudio || choice.channel == kNoChannel) {
     choice.best = value;
     choice.channel = channel;
   }

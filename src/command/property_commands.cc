@@ -15,9 +15,7 @@
 namespace tcs {
 namespace {
 
-// Search mode: the queried timecode itself when a clip covers it; a gap
-// yields nothing.
-constexpr uint32_t kCoverMode = kSelectTimecode;
+constexpr uint32_t kCoverMode = SearchMode::CoverOnly().word();
 constexpr uint32_t kPropertyChannel = 0;
 // What a reply sets in `flags`: the texts, and the points of an effect.
 constexpr uint32_t kTextReply = TCSF_TEXT;

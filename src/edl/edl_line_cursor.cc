@@ -2,7 +2,9 @@
 
 #include <cstring>
 
+#include "lookup/search_mode.h"
 #include "platform/clip.h"
+#include "record/channel_set.h"
 #include "record/timecode.h"
 #include "space/space.h"
 #include "space/space_lock.h"
@@ -11,8 +13,7 @@ namespace tcs {
 namespace {
 
 constexpr uint32_t kChannels = CTimeCodeSpace::kChannels;
-// The start of the play clip covering the frame, else of the next one after it.
-constexpr uint32_t kCoverOrNextMode = 24;
+constexpr uint32_t kCoverOrNextMode = SearchMode::StartOfCoverOrNext().word();
 constexpr unsigned long kClipNameLimit = 9;
 constexpr unsigned long kNameLimit = 4096;
 // edlFirstLineChannel: no line given since the reset.
@@ -43,13 +44,11 @@ void ClearLine(EDLLINE& line) {
 }
 
 void SetChannelBit(EDLLINE& line, uint32_t channel) {
-  if (channel < 32) {
-    line.clip.videoMask |= 1u << channel;
-  } else if (channel < 64) {
-    line.clip.audioMask |= 1u << (channel - 32);
-  } else if (channel < kChannels) {
-    line.clip.auxMask |= 1u << (channel - 64);
-  }
+  ChannelSet set(line.clip.videoMask, line.clip.audioMask, line.clip.auxMask);
+  set.Add(channel);
+  line.clip.videoMask = set.video();
+  line.clip.audioMask = set.audio();
+  line.clip.auxMask = set.aux();
 }
 
 // The source out is the record's source in plus its own range's length, not

@@ -1,6 +1,7 @@
 #include "edl/edl_line_import.h"
 
 #include "platform/clip.h"
+#include "record/channel_set.h"
 #include "record/timecode.h"
 #include "space/registry.h"
 #include "space/space_api.h"
@@ -10,8 +11,6 @@
 namespace tcs {
 namespace {
 
-constexpr uint32_t kFirstAudioChannel = 32;
-constexpr unsigned int kNoMoreChannels = 0xFFFFFFFFu;
 
 // The record start is recordIn, clamped to the last start. The length is the
 // source span, which may wrap (a source out before the source in gives a huge
@@ -41,17 +40,12 @@ uint32_t AddEdlLine(CTimeCodeSpace* space, const EDLLINE& line, uint64_t tag) {
 
   // tcsAddClip may correct the record in place; the channels after it then
   // receive the corrected record. Its status is logged by the add itself.
-  unsigned int video = record.videoMask;
-  for (unsigned int c = findChannel(video, &video, 0); c != kNoMoreChannels;
-       c = findChannel(video, &video, 0)) {
+  // The audio channels receive the record without its video mask. Aux
+  // channels are not laid.
+  ChannelSet(record.videoMask, record.audioMask).ForEach([&](uint32_t c) {
+    if (c >= ChannelSet::kFirstAudio) record.videoMask = 0;
     tcsAddClip(space, &record, c);
-  }
-  unsigned int audio = record.audioMask;
-  for (unsigned int k = findChannel(audio, &audio, 0); k != kNoMoreChannels;
-       k = findChannel(audio, &audio, 0)) {
-    record.videoMask = 0;
-    tcsAddClip(space, &record, kFirstAudioChannel + k);
-  }
+  });
   return TCS_OK;
 }
 

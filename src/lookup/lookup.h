@@ -125,6 +125,9 @@ class TCS_EXPORT CTCLookup {
 
   // Aborts with a message naming the first broken invariant. For tests.
   void CheckInvariants() const;
+  // Starts loading what a query reads of a record (null: nothing): its
+  // vtable pointer, its range and its source points. Never faults.
+  static void PrefetchRecord(const CClip* record);
 
   CTimeCodeSpace* const space;  // not owned
 
@@ -141,8 +144,6 @@ class TCS_EXPORT CTCLookup {
   // Writes start and length into x; moves the node only when the new start
   // does not stay strictly between its neighbours' starts.
   Position Place(Position x, uint32_t start, uint32_t length);
-  // Starts loading what Translate reads of a record (null: nothing).
-  static void PrefetchRecord(const CClip* record);
   // The plain rounds of a ripple delete of rl frames, from x on.
   Position PullRun(Position x, uint32_t rl, uint32_t& key);
   // What findge(key) returns right after x was moved in place and key set

@@ -9,14 +9,10 @@
 
 namespace {
 
-using tcs::kGapPolicyMask;
-using tcs::kNearestAllowedMask;
-using tcs::kSelectorMask;
-
 enum class GapPolicy { kNone, kPrevious, kNext, kNearest };
 
-GapPolicy DecodeGapPolicy(uint32_t mode) {
-  switch (mode & kGapPolicyMask) {
+GapPolicy DecodeGapPolicy(tcs::SearchMode mode) {
+  switch (mode.gap_policy()) {
     case 0x000:
       return GapPolicy::kNone;
     case 0x004:
@@ -32,8 +28,8 @@ GapPolicy DecodeGapPolicy(uint32_t mode) {
   }
 }
 
-uint32_t SelectResult(uint32_t mode, uint32_t t, const tcs::PlayClipNode& k) {
-  switch (mode & kSelectorMask) {
+uint32_t SelectResult(tcs::SearchMode mode, uint32_t t, const tcs::PlayClipNode& k) {
+  switch (mode.selector()) {
     case 0x10:
       return k.start;
     case 0x20:
@@ -59,7 +55,8 @@ uint32_t CTCLookup::FindPlayClip(uint32_t mode, uint32_t t, CPlayClip& out) cons
   return result;
 }
 
-uint32_t CTCLookup::FindPlayClip(uint32_t mode, uint32_t t, Position& chosen) const {
+uint32_t CTCLookup::FindPlayClip(uint32_t word, uint32_t t, Position& chosen) const {
+  const tcs::SearchMode mode = tcs::SearchMode::FromWord(word);
   chosen = find(t);
   if (chosen == end()) {
     const GapPolicy policy = DecodeGapPolicy(mode);
@@ -71,7 +68,7 @@ uint32_t CTCLookup::FindPlayClip(uint32_t mode, uint32_t t, Position& chosen) co
     // The nearest search: of the play clip before t and the one after, the
     // one whose facing edge is closer; the later one on a tie. Before the
     // first play clip both are the first one; after the last, only p exists.
-    if ((mode & kNearestAllowedMask) == 0) return tcs::kNotFound;
+    if (!mode.nearest_allowed()) return tcs::kNotFound;
     const Position p = findle(t);
     const Position n = findge(t);
     if (n == end()) {

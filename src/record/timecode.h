@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+#include "tcs_results.h"
+
 namespace tcs {
 
 // The largest start an edit gives a range (99 hours at 30 frames/s).
@@ -15,9 +17,9 @@ inline constexpr uint32_t kTimelineEnd = 10692001;
 // A length exempt from the length rule whatever the start.
 inline constexpr uint32_t kFullLength = 10692000;
 // Not-found result of every query: a result, never logged.
-inline constexpr uint32_t kNotFound = 0x80000001u;
+inline constexpr uint32_t kNotFound = TCS_NOT_FOUND;
 // "None" as a timecode or a position.
-inline constexpr uint32_t kNoTimecode = 0xFFFFFFFFu;
+inline constexpr uint32_t kNoTimecode = TCS_NO_TIMECODE;
 
 struct Span {
   uint32_t start;

@@ -3,8 +3,15 @@
 // entry point's handle status instead of a crash.
 #include "space/space_api.h"
 
+#include <cstring>
+#include <optional>
+#include <string>
+
 #include "platform/errlog.h"
+#include "record/channel_set.h"
+#include "space/clip_listing.h"
 #include "space/current_clip.h"
+#include "space/listing_api.h"
 #include "space/registry.h"
 #include "space/space.h"
 #include "space/space_lock.h"
@@ -90,6 +97,67 @@ unsigned int tcsTranslate(CTimeCodeSpace* space, unsigned int mode, unsigned int
   const uint32_t result = tcs::TranslateOrFind(*space, mode, timecode, channel, found);
   if (clipOut != nullptr) *clipOut = found;
   return result;
+}
+
+}  // extern "C"
+
+extern "C" {
+
+unsigned int tcsGetChannels(CTimeCodeSpace* space, unsigned int* videoMask,
+                            unsigned int* audioMask, unsigned int* auxMask) {
+  if (!tcs::IsOpenSpace(space)) return tcs::LogStatus(TCS_ERR_BAD_HANDLE);
+  if (videoMask == nullptr || audioMask == nullptr || auxMask == nullptr) {
+    return tcs::LogStatus(TCS_ERR_BAD_ARGUMENTS);
+  }
+  const tcs::ChannelSet set = tcs::ChannelsWithClips(*space);
+  *videoMask = set.video();
+  *audioMask = set.audio();
+  *auxMask = set.aux();
+  return TCS_OK;
+}
+
+unsigned int tcsGetClipCount(CTimeCodeSpace* space, unsigned int channel, unsigned int* count) {
+  if (!tcs::IsOpenSpace(space)) return tcs::LogStatus(TCS_ERR_BAD_HANDLE);
+  if (channel >= CTimeCodeSpace::kChannels || count == nullptr) {
+    return tcs::LogStatus(TCS_ERR_BAD_ARGUMENTS);
+  }
+  *count = tcs::ClipCount(*space, channel);
+  return TCS_OK;
+}
+
+unsigned int tcsGetClips(CTimeCodeSpace* space, unsigned int channel, unsigned int from,
+                         unsigned int to, TCSCLIP* clips, unsigned int capacity,
+                         unsigned int* count, unsigned int* next) {
+  if (!tcs::IsOpenSpace(space)) return tcs::LogStatus(TCS_ERR_BAD_HANDLE);
+  if (channel >= CTimeCodeSpace::kChannels || count == nullptr || next == nullptr ||
+      (clips == nullptr && capacity != 0)) {
+    return tcs::LogStatus(TCS_ERR_BAD_ARGUMENTS);
+  }
+  if (to < from) return tcs::LogStatus(TCS_ERR_BAD_RANGE);
+  const tcs::ListedClips listed = tcs::ListClips(*space, channel, from, to, clips, capacity);
+  *count = listed.count;
+  *next = listed.next;
+  return TCS_OK;
+}
+
+unsigned int tcsChannelName(unsigned int channel, char* text, unsigned int size) {
+  const std::string name = tcs::ChannelSet::Name(channel);
+  if (name.empty() || text == nullptr || size < 4) return tcs::LogStatus(TCS_ERR_BAD_ARGUMENTS);
+  std::memcpy(text, name.c_str(), name.size() + 1);
+  return TCS_OK;
+}
+
+unsigned int tcsParseChannels(const char* text, unsigned int* videoMask, unsigned int* audioMask,
+                              unsigned int* auxMask) {
+  if (text == nullptr || videoMask == nullptr || audioMask == nullptr || auxMask == nullptr) {
+    return tcs::LogStatus(TCS_ERR_BAD_ARGUMENTS);
+  }
+  const std::optional<tcs::ChannelSet> set = tcs::ChannelSet::Parse(text);
+  if (!set) return tcs::LogStatus(TCS_ERR_BAD_ARGUMENTS);
+  *videoMask = set->video();
+  *audioMask = set->audio();
+  *auxMask = set->aux();
+  return TCS_OK;
 }
 
 }  // extern "C"

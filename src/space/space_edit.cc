@@ -1,7 +1,7 @@
 // The space's edits: pick the channels, take the lock, hand the work to each
 // channel's lookup, keep the clip list in step and stamp.
+#include "record/channel_set.h"
 #include "record/timecode.h"
-#include "space/channel_mask.h"
 #include "space/space.h"
 #include "space/space_lock.h"
 #include "space/status_log.h"
@@ -52,8 +52,8 @@ uint32_t CTimeCodeSpace::InsertFile(uint32_t flags, CClip* record) {
   // A refused range (logged by ModifyRange) still lets the record in.
   ModifyRange(start, start + record->length, record->videoMask, record->audioMask, flags);
   // A refused addition on one channel does not stop the others.
-  tcs::ForEachMaskedChannel(record->videoMask, record->audioMask,
-                            [&](uint32_t channel) { AddClip(flags, record, channel); });
+  tcs::ChannelSet(record->videoMask, record->audioMask)
+      .ForEach([&](uint32_t channel) { AddClip(flags, record, channel); });
   return TCS_OK;
 }
 
@@ -61,7 +61,7 @@ uint32_t CTimeCodeSpace::TrimRange(uint32_t at, uint32_t in, uint32_t out, uint3
                                    uint32_t audioMask, int shift) {
   Stamp();
   tcs::SpaceLock guard(*this);
-  tcs::ForEachMaskedChannel(videoMask, audioMask, [&](uint32_t channel) {
+  tcs::ChannelSet(videoMask, audioMask).ForEach([&](uint32_t channel) {
     if (CTCLookup* lookup = lookups[channel]) lookup->TrimRange(at, in, out, shift);
   });
   return TCS_OK;
@@ -73,7 +73,7 @@ uint32_t CTimeCodeSpace::ModifyRange(uint32_t start, uint32_t end, uint32_t vide
   if (!(start < end) || end - start > tcs::kFullLength) {
     return tcs::LogStatus(TCS_ERR_BAD_RANGE);
   }
-  tcs::ForEachMaskedChannel(videoMask, audioMask, [&](uint32_t channel) {
+  tcs::ChannelSet(videoMask, audioMask).ForEach([&](uint32_t channel) {
     if (CTCLookup* lookup = lookups[channel]) lookup->ModifyRange(start, end, flags);
   });
   Stamp();

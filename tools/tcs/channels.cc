@@ -1,41 +1,52 @@
 #include "channels.h"
 
-#include <cctype>
-#include <charconv>
+#include "tcs.h"
 
 namespace tcs::cli {
+namespace {
+
+// Text the user typed that names no channel is an answer here, not an error
+// of the library's: its log line is kept off stderr.
+void Discard(void*, const char*) {}
+
+}  // namespace
 
 std::string ChannelName(uint32_t channel) {
-  static constexpr char kKinds[] = {'V', 'A', 'X'};
+  char name[8];
   if (channel >= 96) return "?" + std::to_string(channel);
-  return kKinds[channel / 32] + std::to_string(channel % 32 + 1);
+  tcsChannelName(channel, name, sizeof name);
+  return name;
+}
+
+std::optional<ChannelMasks> ParseChannels(std::string_view text) {
+  const std::string copy(text);
+  ChannelMasks masks;
+  ErrSetSink(&Discard, nullptr);
+  const unsigned int status = tcsParseChannels(copy.c_str(), &masks.video, &masks.audio, &masks.aux);
+  ErrSetSink(nullptr, nullptr);
+  if (status != TCS_OK) return std::nullopt;
+  return masks;
 }
 
 std::optional<uint32_t> ParseChannel(std::string_view text) {
-  uint32_t base = 0;
-  uint32_t first = 0;  // the number the digits count from
-  if (!text.empty() && std::isalpha(static_cast<unsigned char>(text[0]))) {
-    switch (std::toupper(static_cast<unsigned char>(text[0]))) {
-      case 'V': base = 0; break;
-      case 'A': base = 32; break;
-      case 'X': base = 64; break;
-      default: return std::nullopt;
-    }
-    first = 1;
-    text.remove_prefix(1);
+  if (text.find('+') != std::string_view::npos) return std::nullopt;
+  const std::optional<ChannelMasks> masks = ParseChannels(text);
+  if (!masks) return std::nullopt;
+  return MaskChannels(*masks).front();
+}
+
+std::vector<uint32_t> MaskChannels(ChannelMasks masks) {
+  std::vector<uint32_t> channels;
+  const uint32_t words[3] = {masks.video, masks.audio, masks.aux};
+  for (uint32_t c = 0; c < 96; ++c) {
+    if ((words[c / 32] >> (c % 32) & 1) != 0) channels.push_back(c);
   }
-  uint32_t n = 0;
-  const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), n);
-  if (text.empty() || ec != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  if (n < first || n - first >= (first == 0 ? 96u : 32u)) return std::nullopt;
-  return base + n - first;
+  return channels;
 }
 
 std::string MaskNames(ChannelMasks masks) {
   std::string names;
-  for (uint32_t c = 0; c < 64; ++c) {
-    const uint32_t word = c < 32 ? masks.video : masks.audio;
-    if ((word >> (c % 32) & 1) == 0) continue;
+  for (const uint32_t c : MaskChannels(masks)) {
     if (!names.empty()) names += '+';
     names += ChannelName(c);
   }

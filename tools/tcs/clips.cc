@@ -1,43 +1,57 @@
 #include "clips.h"
 
+#include "channels.h"
+
 namespace tcs::cli {
 namespace {
 
 std::string Text(const char* text) { return text != nullptr ? text : ""; }
 
-// Search mode 24: the start of the play clip that covers a frame, or else of
-// the first one after it.
-constexpr uint32_t kCoverOrNext = 24;
+constexpr unsigned int kBatch = 256;  // rows asked for at a time
 
 }  // namespace
 
+ClipView ViewOf(const TCSCLIP& row) {
+  ClipView clip{row.channel, row.start, row.start + row.length, row.sourceIn, row.sourceOut,
+                "", "", "", row.effectText, 0};
+  if (row.info != nullptr) {
+    clip.name = Text(row.info->name);
+    clip.reel = Text(row.info->reel);
+    clip.comment = Text(row.info->comment);
+  }
+  clip.transitionFrames = row.effectText[0] != '\0' ? row.effectDuration : 0;
+  return clip;
+}
+
 std::vector<ChannelView> ChannelsOf(CTimeCodeSpace* space) {
+  ChannelMasks masks;
   std::vector<ChannelView> channels;
-  for (uint32_t channel = 0; channel < CTimeCodeSpace::kChannels; ++channel) {
-    if (space->lookups[channel] == nullptr) continue;
+  if (tcsGetChannels(space, &masks.video, &masks.audio, &masks.aux) != TCS_OK) return channels;
+  TCSCLIP rows[kBatch];
+  for (const uint32_t channel : MaskChannels(masks)) {
     ChannelView view{channel, {}};
-    CPlayClip pc;
-    uint32_t t = 0;
-    while (space->FindPlayClip(kCoverOrNext, t, pc, channel) != kNotFound) {
-      ClipView clip{channel, pc.start, pc.start + pc.length, 0, 0, "", "", "", "", 0};
-      if (pc.clip != nullptr) {
-        const CClip& record = *pc.clip;
-        clip.sourceIn = record.sourceIn;
-        clip.sourceOut = record.sourceOut;
-        clip.name = Text(record.name);
-        clip.reel = Text(record.reel);
-        clip.comment = Text(record.comment);
+    unsigned int from = 0;
+    unsigned int count = 0;
+    do {
+      if (tcsGetClips(space, channel, from, TCS_NO_TIMECODE, rows, kBatch, &count, &from) != TCS_OK) {
+        break;
       }
-      clip.transition = pc.effectText;
-      clip.transitionFrames = pc.effectText[0] != '\0' ? pc.effectDuration : 0;
-      view.clips.push_back(std::move(clip));
-      const uint32_t next = pc.start + pc.length;
-      if (next <= t || next <= pc.start) break;  // the end of the timeline
-      t = next;
-    }
-    if (!view.clips.empty()) channels.push_back(std::move(view));
+      for (unsigned int i = 0; i < count; ++i) view.clips.push_back(ViewOf(rows[i]));
+    } while (from != TCS_NO_TIMECODE);
+    channels.push_back(std::move(view));
   }
   return channels;
+}
+
+std::optional<ClipView> ClipAt(CTimeCodeSpace* space, uint32_t channel, uint32_t at) {
+  TCSCLIP row;
+  unsigned int count = 0;
+  unsigned int next = 0;
+  if (at == TCS_NO_TIMECODE ||
+      tcsGetClips(space, channel, at, at + 1, &row, 1, &count, &next) != TCS_OK || count == 0) {
+    return std::nullopt;
+  }
+  return ViewOf(row);
 }
 
 std::string TransitionText(const ClipView& clip) {

@@ -1,11 +1,12 @@
-// What the subcommands show of a space: its play clips channel by channel,
-// in record order, with the clip record's texts, and transitions as words.
-// Steps through each channel with the space's play-clip search; the tool
-// runs on one thread, so nothing edits the space meanwhile.
+// What the subcommands show of a space: its clips channel by channel, in
+// record order, with the clip record's texts, and transitions as words.
+// Read through the listing entry points (tcsGetChannels, tcsGetClips), so
+// every clip of every channel comes out once.
 #ifndef TCS_TOOLS_TCS_CLIPS_H_
 #define TCS_TOOLS_TCS_CLIPS_H_
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,8 +32,11 @@ struct ChannelView {
   std::vector<ClipView> clips;
 };
 
-// Every channel that holds a play clip, in channel order.
+ClipView ViewOf(const TCSCLIP& row);
+// Every channel that holds a clip, in channel order.
 std::vector<ChannelView> ChannelsOf(CTimeCodeSpace* space);
+// The clip playing at `at` on `channel`, if any.
+std::optional<ClipView> ClipAt(CTimeCodeSpace* space, uint32_t channel, uint32_t at);
 
 // "cut", or the transition's name and duration in frames ("Disolve 30").
 std::string TransitionText(const ClipView& clip);

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "channels.h"
+#include "clips.h"
 #include "cli.h"
 #include "json_writer.h"
 #include "table.h"
@@ -13,11 +14,9 @@ namespace {
 
 struct Answer {
   uint32_t channel;
-  const CClip* clip;  // null: nothing plays
+  std::optional<ClipView> clip;  // empty: nothing plays
   uint32_t source;
 };
-
-std::string Text(const char* text) { return text != nullptr ? text : ""; }
 
 }  // namespace
 
@@ -30,16 +29,17 @@ int RunAt(const Args& args) {
     if (!channel) UsageFail("--channel " + *text + ": give V1..V32, A1..A32, X1..X32 or 0..95");
     channels.push_back(*channel);
   } else {
-    for (uint32_t c = 0; c < CTimeCodeSpace::kChannels; ++c) {
-      if (timeline.space()->lookups[c] != nullptr) channels.push_back(c);
-    }
+    ChannelMasks masks;
+    tcsGetChannels(timeline.space(), &masks.video, &masks.audio, &masks.aux);
+    channels = MaskChannels(masks);
   }
 
   std::vector<Answer> answers;
   for (const uint32_t channel : channels) {
-    CClip* clip = nullptr;
-    const uint32_t source = tcsTranslate(timeline.space(), 0, at, &clip, channel);
-    answers.push_back({channel, source == kNotFound ? nullptr : clip, source});
+    const uint32_t source = tcsTranslate(timeline.space(), 0, at, nullptr, channel);
+    answers.push_back({channel, source == TCS_NOT_FOUND ? std::nullopt
+                                                        : ClipAt(timeline.space(), channel, at),
+                       source});
   }
 
   if (args.Has("--json")) {
@@ -52,14 +52,14 @@ int RunAt(const Args& args) {
       json.BeginObject();
       json.Key("channel").Number(a.channel);
       json.Key("name").String(ChannelName(a.channel));
-      if (a.clip == nullptr) {
+      if (!a.clip) {
         json.Key("clip").Null();
       } else {
         json.Key("clip").BeginObject();
-        json.Key("name").String(Text(a.clip->name));
-        json.Key("reel").String(Text(a.clip->reel));
-        json.Key("recordIn").String(timeline.Tc(a.clip->start));
-        json.Key("recordOut").String(timeline.Tc(a.clip->start + a.clip->length));
+        json.Key("name").String(a.clip->name);
+        json.Key("reel").String(a.clip->reel);
+        json.Key("recordIn").String(timeline.Tc(a.clip->recordIn));
+        json.Key("recordOut").String(timeline.Tc(a.clip->recordOut));
         json.Key("source").String(timeline.Tc(a.source));
         json.Key("sourceFrame").Number(a.source);
         json.EndObject();
@@ -73,13 +73,12 @@ int RunAt(const Args& args) {
   std::cout << "at " << timeline.Tc(at) << ":\n";
   std::vector<TableRow> rows;
   for (const Answer& a : answers) {
-    if (a.clip == nullptr) {
+    if (!a.clip) {
       rows.push_back({ChannelName(a.channel), "nothing plays"});
     } else {
       rows.push_back({ChannelName(a.channel), "source " + timeline.Tc(a.source),
-                      "reel " + (a.clip->reel != nullptr && a.clip->reel[0] != '\0'
-                                     ? std::string(a.clip->reel) : std::string("-")),
-                      Text(a.clip->name)});
+                      "reel " + (a.clip->reel.empty() ? std::string("-") : a.clip->reel),
+                      a.clip->name});
     }
   }
   if (rows.empty()) rows.push_back({"the timeline is empty"});

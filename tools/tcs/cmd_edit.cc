@@ -16,6 +16,7 @@
 #include <iostream>
 
 #include "channels.h"
+#include "clips.h"
 #include "cli.h"
 #include "timeline.h"
 
@@ -44,7 +45,6 @@ Op Split(const std::string& text) {
 }
 
 ChannelMasks MasksArg(const std::string& text, const std::string& what) {
-  ChannelMasks masks;
   size_t at = 0;
   while (true) {
     const size_t plus = text.find('+', at);
@@ -53,11 +53,10 @@ ChannelMasks MasksArg(const std::string& text, const std::string& what) {
     if (!channel || *channel >= 64) {
       UsageFail(what + ": '" + one + "' is not a channel an edit can name (V1..V32, A1..A32, 0..63)");
     }
-    (*channel < 32 ? masks.video : masks.audio) |= 1u << (*channel % 32);
     if (plus == std::string::npos) break;
     at = plus + 1;
   }
-  return masks;
+  return *ParseChannels(text);
 }
 
 TCSCMD NewRecord(uint32_t command, ChannelMasks masks) {
@@ -77,17 +76,15 @@ enum class AtRule { kClipStarts, kNotInsideClip };
 
 void RequireAt(const Timeline& timeline, ChannelMasks masks, uint32_t at, AtRule rule,
                const std::string& what) {
-  for (uint32_t c = 0; c < 64; ++c) {
-    if (((c < 32 ? masks.video : masks.audio) >> (c % 32) & 1) == 0) continue;
-    CClip* clip = nullptr;
-    tcsTranslate(timeline.space(), 0, at, &clip, c);
-    const bool starts = clip != nullptr && clip->start == at;
+  for (const uint32_t c : MaskChannels(masks)) {
+    const std::optional<ClipView> clip = ClipAt(timeline.space(), c, at);
+    const bool starts = clip && clip->recordIn == at;
     if (rule == AtRule::kClipStarts && !starts) {
       Fail(what + ": no clip starts at " + timeline.Tc(at) + " on " + ChannelName(c));
     }
-    if (rule == AtRule::kNotInsideClip && clip != nullptr && !starts) {
+    if (rule == AtRule::kNotInsideClip && clip && !starts) {
       Fail(what + ": " + timeline.Tc(at) + " lies inside a clip on " + ChannelName(c) +
-           " (" + (clip->name != nullptr ? clip->name : "") + "); insert at a cut");
+           " (" + clip->name + "); insert at a cut");
     }
   }
 }

@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "channels.h"
+#include "clips.h"
 #include "cli.h"
 #include "json_writer.h"
 #include "table.h"
@@ -23,23 +24,26 @@ struct Event {
 
 // Steps the walk as the EDL export does: a probe copy of the walk record,
 // stepped with fresh marks, names the channels of the next event; the walk
-// record itself then steps past it.
+// record itself then steps past it. The transition is that of the event's
+// clip on its first channel.
 std::vector<Event> Walk(CTimeCodeSpace* space) {
   std::vector<Event> events;
   TCSCMD walk{};
   walk.command = TCSCMD_GET;
   walk.subCommand = TCSSUB_NEXT;
-  walk.outPoint = kNoTimecode;
-  CClip clip;
+  walk.outPoint = TCS_NO_TIMECODE;
   do {
     TCSCMD probe = walk;
-    if (tcsFindNextClip(space, &probe, 1, &clip) != kNotFound) {
-      events.push_back({probe.position, probe.inPoint, probe.outPoint,
-                        {probe.videoMask, probe.audioMask}, TcsCmdReplyText(probe),
-                        clip.effectText});
+    if (tcsFindNextClip(space, &probe, 1, nullptr) != TCS_NOT_FOUND) {
+      const ChannelMasks channels{probe.videoMask, probe.audioMask, 0};
+      const std::vector<uint32_t> listed = MaskChannels(channels);
+      const std::optional<ClipView> clip =
+          listed.empty() ? std::nullopt : ClipAt(space, listed.front(), probe.position);
+      events.push_back({probe.position, probe.inPoint, probe.outPoint, channels,
+                        reinterpret_cast<const char*>(&probe) + TCSCMD_TEXT_OFFSET, clip ? clip->transition : ""});
     }
     tcsFindNextClip(space, &walk, 0, nullptr);
-  } while (walk.position != kNoTimecode);
+  } while (walk.position != TCS_NO_TIMECODE);
   return events;
 }
 
@@ -61,11 +65,7 @@ int RunWalk(const Args& args) {
       json.Key("sourceIn").String(timeline.Tc(e.sourceIn));
       json.Key("sourceOut").String(timeline.Tc(e.sourceOut));
       json.Key("channels").BeginArray();
-      for (uint32_t c = 0; c < 64; ++c) {
-        if (((c < 32 ? e.channels.video : e.channels.audio) >> (c % 32) & 1) != 0) {
-          json.String(ChannelName(c));
-        }
-      }
+      for (const uint32_t c : MaskChannels(e.channels)) json.String(ChannelName(c));
       json.EndArray();
       json.Key("name").String(e.name);
       json.Key("transition").String(e.transition.empty() ? "cut" : e.transition);

@@ -1,0 +1,88 @@
+#include "space/clip_listing.h"
+
+#include <iterator>
+
+#include "lookup/lookup.h"
+#include "platform/clip.h"
+#include "record/timecode.h"
+#include "space/space.h"
+#include "space/space_lock.h"
+
+namespace tcs {
+namespace {
+
+// How many play clips ahead the records are asked for: a record is two
+// pages (its range and its description lie 4 KB apart), a miss each, and a
+// row reads both; this many misses in flight keep the copy from waiting.
+constexpr int kPrefetchAhead = 8;
+
+// The play clip with the greatest start at or before `from` when it plays at
+// `from`, else the first one starting after it. findle's search stops at the
+// last start an edit gives, so a start past it (a move can put one there) is
+// stepped to by hand.
+CTCLookup::Position FirstPlaying(const CTCLookup& lookup, uint32_t from) {
+  CTCLookup::Position x = lookup.findle(from);
+  if (x == lookup.end()) return x;
+  for (auto after = std::next(x); after != lookup.end() && after->start <= from; ++after) x = after;
+  if (x->start > from || Contains(x->start, x->length, from)) return x;
+  return std::next(x);
+}
+
+void FillRow(TCSCLIP& row, uint32_t channel, const CTCLookup::Node& pc) {
+  row.channel = channel;
+  row.start = pc.start;
+  row.length = pc.length;
+  row.effectCode = pc.effectCode;
+  row.effectDuration = pc.effectDuration;
+  row.reserved = 0;
+  row.effectText = pc.effectText();
+  row.clip = pc.clip;
+  if (pc.clip != nullptr) {
+    const CLIPINFO* info = pc.clip;
+    row.info = info;
+    row.sourceIn = info->sourceIn;
+    row.sourceOut = info->sourceOut;
+  } else {
+    row.info = nullptr;
+    row.sourceIn = 0;
+    row.sourceOut = 0;
+  }
+}
+
+}  // namespace
+
+ChannelSet ChannelsWithClips(CTimeCodeSpace& space) {
+  SpaceLock guard(space);
+  ChannelSet set;
+  for (uint32_t c = 0; c < CTimeCodeSpace::kChannels; ++c) {
+    if (space.lookups[c] != nullptr && !space.lookups[c]->empty()) set.Add(c);
+  }
+  return set;
+}
+
+uint32_t ClipCount(CTimeCodeSpace& space, uint32_t channel) {
+  SpaceLock guard(space);
+  const CTCLookup* lookup = space.lookups[channel];
+  return lookup != nullptr ? static_cast<uint32_t>(lookup->size()) : 0;
+}
+
+ListedClips ListClips(CTimeCodeSpace& space, uint32_t channel, uint32_t from, uint32_t to,
+                      TCSCLIP* rows, uint32_t capacity) {
+  SpaceLock guard(space);
+  const CTCLookup* lookup = space.lookups[channel];
+  if (lookup == nullptr || from == to) return {0, kNoTimecode};
+  CTCLookup::Position x = FirstPlaying(*lookup, from);
+  CTCLookup::Position ahead = x;
+  for (int i = 0; i < kPrefetchAhead && ahead != lookup->end(); ++i, ++ahead) {
+    CTCLookup::PrefetchRecord(ahead->clip);
+  }
+  uint32_t count = 0;
+  for (; x != lookup->end() && x->start < to && count < capacity; ++x, ++count) {
+    if (ahead != lookup->end()) CTCLookup::PrefetchRecord((ahead++)->clip);
+    FillRow(rows[count], channel, *x);
+  }
+  const bool more = x != lookup->end() && x->start < to;
+  return {count, more ? x->start : kNoTimecode};
+}
+
+}  // namespace tcs
