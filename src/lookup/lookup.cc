@@ -4,6 +4,7 @@
 
 #include <unistd.h>
 
+#include <cassert>
 #include <cstdio>
 #include <iterator>
 #include <map>
@@ -79,17 +80,25 @@ CTCLookup::Position CTCLookup::Reshape(Position x, uint32_t start, uint32_t leng
   return Place(x, start, length);
 }
 
-// A set's elements are const because their order must hold; a start that
-// stays strictly between the neighbours' starts keeps it, so it is written
-// into the node in place (the node was built mutable, only the iterator is
-// const). Any other start takes the node out and puts it back.
+// A start that stays strictly between the neighbours' starts keeps the
+// order, so it is written into the node in place. Any other start takes the
+// node out and puts it back.
+// The node was built mutable; only the set's iterator is const.
+CTCLookup::Node& CTCLookup::WriteStartInPlace(Position x, uint32_t start, Following following) {
+  assert(x == begin() || std::prev(x)->start < start);
+  assert(following == Following::kMovesToo || std::next(x) == end() ||
+         start < std::next(x)->start);
+  (void)following;
+  Node& node = const_cast<Node&>(*x);
+  node.start = start;
+  return node;
+}
+
 CTCLookup::Position CTCLookup::Place(Position x, uint32_t start, uint32_t length) {
   const bool after_previous = x == begin() || std::prev(x)->start < start;
   const Position following = std::next(x);
   if (after_previous && (following == end() || start < following->start)) {
-    Node& node = const_cast<Node&>(*x);
-    node.start = start;
-    node.length = length;
+    WriteStartInPlace(x, start, Following::kStays).length = length;
     return x;
   }
   auto handle = playClips.extract(x);

@@ -144,6 +144,15 @@ class TCS_EXPORT CTCLookup {
   // Writes start and length into x; moves the node only when the new start
   // does not stay strictly between its neighbours' starts.
   Position Place(Position x, uint32_t start, uint32_t length);
+  // What follows x while a start is written in place: a node that keeps its
+  // start, or one that a ripple writes next by the same amount.
+  enum class Following { kStays, kMovesToo };
+  // Writes `start` into x's node in place and returns the node. The set's
+  // elements are const because their order must hold, so the write is the
+  // caller's proof: REQUIRES the previous node's start below `start` and,
+  // when the following node stays, `start` below its start. Debug builds
+  // check both.
+  Node& WriteStartInPlace(Position x, uint32_t start, Following following);
   // The plain rounds of a ripple delete of rl frames, from x on.
   Position PullRun(Position x, uint32_t rl, uint32_t& key);
   // What findge(key) returns right after x was moved in place and key set

@@ -233,8 +233,9 @@ CTCLookup::Position CTCLookup::PullRun(Position x, uint32_t rl, uint32_t& key) {
     const uint32_t target = xs - rl;
     if (xs < rl || target > tcs::kLastStart || (bounded && target <= below)) return x;
     const Position next = std::next(x);
-    Node& node = const_cast<Node&>(*x);
-    node.start = target;
+    // Above `below` by the test just made; below the following start, which
+    // lies past x's old start.
+    Node& node = WriteStartInPlace(x, target, Following::kStays);
     if (CClip* record = node.clip) record->start = target;
     if (xe <= key) return end();
     key = xe;
@@ -288,8 +289,7 @@ void CTCLookup::InsertSpan(Span r) {
   if (x->start >= r.start && shift <= tcs::kLastStart && x->start <= tcs::kLastStart - shift) {
     const Position stop = std::next(x);
     for (Position y = playClips.lower_bound(r.start); y != stop; ++y) {
-      Node& node = const_cast<Node&>(*y);
-      node.start += shift;
+      Node& node = WriteStartInPlace(y, y->start + shift, Following::kMovesToo);
       if (CClip* record = node.clip) record->start = node.start;
     }
     return;

@@ -16,15 +16,16 @@ namespace {
 // row reads both; this many misses in flight keep the copy from waiting.
 constexpr int kPrefetchAhead = 8;
 
-// The play clip with the greatest start at or before `from` when it plays at
-// `from`, else the first one starting after it. findle's search stops at the
+// The play clip with the greatest start at or before `from` when it starts
+// there (even with no frames) or plays there, else the first one starting
+// after it. findle's search stops at the
 // last start an edit gives, so a start past it (a move can put one there) is
 // stepped to by hand.
 CTCLookup::Position FirstPlaying(const CTCLookup& lookup, uint32_t from) {
   CTCLookup::Position x = lookup.findle(from);
   if (x == lookup.end()) return x;
   for (auto after = std::next(x); after != lookup.end() && after->start <= from; ++after) x = after;
-  if (x->start > from || Contains(x->start, x->length, from)) return x;
+  if (x->start >= from || Contains(x->start, x->length, from)) return x;
   return std::next(x);
 }
 

@@ -29,9 +29,9 @@ struct ListedClips {
 };
 
 // Fills up to `capacity` rows with the play clips of `channel` that play in
-// [from, to): first the one playing at `from` (the play clip tcsTranslate
-// finds there), then every play clip starting after `from` and before `to`,
-// in start order. `next` is the start of the first play clip left unlisted
+// [from, to): first the one starting or playing at `from` (the play clip
+// tcsTranslate finds there), then every play clip starting after `from` and
+// before `to`, in start order. `next` is the start of the first play clip left unlisted
 // (call again with it as `from`), or kNoTimecode when none is left.
 // REQUIRES: from <= to; capacity == 0 or rows != null.
 ListedClips ListClips(CTimeCodeSpace& space, uint32_t channel, uint32_t from, uint32_t to,

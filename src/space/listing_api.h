@@ -34,8 +34,9 @@ TCS_EXPORT unsigned int tcsGetClipCount(CTimeCodeSpace* space, unsigned int chan
                                         unsigned int* count);
 
 // A cursor over the clips of `channel` that play in [from, to), in record
-// order: first the clip that plays at `from` (the one tcsTranslate finds),
-// then each clip that starts after `from` and before `to`. Up to `capacity`
+// order: first the clip that starts at `from` or plays there (the one
+// tcsTranslate finds), then each clip that starts after `from` and before
+// `to`. Up to `capacity`
 // of them are copied to `clips`; *count receives how many. *next receives
 // the start of the first clip left out, or 0xFFFFFFFF when none is: call
 // again with it as `from` to go on. So

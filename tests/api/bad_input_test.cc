@@ -123,6 +123,23 @@ uint32_t ReadMalformed(Scene& f) {
   return r;
 }
 
+// The answer of a listing call given outputs preset to a marker, or 0 when
+// it wrote any of them.
+uint32_t LeavesOutputs(const std::function<uint32_t(unsigned int*, unsigned int*, TCSCLIP*)>& call) {
+  constexpr unsigned int kMarker = 0xDEADu;
+  unsigned int a = kMarker, b = kMarker;
+  TCSCLIP row{};
+  row.start = kMarker;
+  const uint32_t answer = call(&a, &b, &row);
+  return a == kMarker && b == kMarker && row.start == kMarker ? answer : 0;
+}
+
+uint32_t GetClips(Scene& f, uint32_t channel, uint32_t from, uint32_t to) {
+  return LeavesOutputs([&](unsigned int* n, unsigned int* next, TCSCLIP* rows) {
+    return tcsGetClips(f.h, channel, from, to, rows, 1, n, next);
+  });
+}
+
 std::vector<Row> Rows() {
   const auto clip = [] { return MakeClip(500, 10, 0, "x"); };
   const char* const any = "";
@@ -263,6 +280,70 @@ std::vector<Row> Rows() {
       {"tcsWriteEdl", kPopulated, "a path that cannot be opened",
        [](Scene& f) { return tcsWriteEdl(f.h, "/nonexistent-dir/out.edl", 0, nullptr); },
        0xFFFFFFFF, kNoLog},
+      {"tcsGetChannels (outputs not written)", kNotOpen, any,
+       [](Scene& f) {
+         return LeavesOutputs([&](unsigned int* a, unsigned int* b, TCSCLIP*) {
+           return tcsGetChannels(f.h, a, b, b);
+         });
+       },
+       0xA8080004, kBadHandle},
+      {"tcsGetChannels", kPopulated, "a null output",
+       [](Scene& f) {
+         unsigned int a, b;
+         return tcsGetChannels(f.h, &a, &b, nullptr);
+       },
+       0xA8087013, kBadArgs},
+      {"tcsGetClipCount (count not written)", kNotOpen, any,
+       [](Scene& f) {
+         return LeavesOutputs([&](unsigned int* n, unsigned int*, TCSCLIP*) {
+           return tcsGetClipCount(f.h, 0, n);
+         });
+       },
+       0xA8080004, kBadHandle},
+      {"tcsGetClipCount", kPopulated, "channel 96; null count",
+       [](Scene& f) {
+         const uint32_t wide = LeavesOutputs([&](unsigned int* n, unsigned int*, TCSCLIP*) {
+           return tcsGetClipCount(f.h, 96, n);
+         });
+         return wide == tcsGetClipCount(f.h, 0, nullptr) ? wide : 0;
+       },
+       0xA8087013, {"TCSpace(0xA8087013)", "TCSpace(0xA8087013)"}},
+      {"tcsGetClips (outputs not written)", kNotOpen, any,
+       [](Scene& f) { return GetClips(f, 0, 0, 100); }, 0xA8080004, kBadHandle},
+      {"tcsGetClips", kPopulated, "channel 96 (outputs not written)",
+       [](Scene& f) { return GetClips(f, 96, 0, 100); }, 0xA8087013, kBadArgs},
+      {"tcsGetClips", kPopulated, "reversed range, to before from (outputs not written)",
+       [](Scene& f) { return GetClips(f, 0, 100, 99); }, 0xA808F013, kBadRange},
+      {"tcsGetClips", kPopulated, "null count or next; null rows with a capacity",
+       [](Scene& f) {
+         unsigned int n, next;
+         TCSCLIP row;
+         const uint32_t a = tcsGetClips(f.h, 0, 0, 100, &row, 1, nullptr, &next);
+         const uint32_t b = tcsGetClips(f.h, 0, 0, 100, &row, 1, &n, nullptr);
+         const uint32_t c = tcsGetClips(f.h, 0, 0, 100, nullptr, 1, &n, &next);
+         return a == b && b == c ? a : 0;
+       },
+       0xA8087013, {"TCSpace(0xA8087013)", "TCSpace(0xA8087013)", "TCSpace(0xA8087013)"}},
+      {"tcsChannelName (text not written)", kPopulated, "channel 96; a size under 4; null text",
+       [](Scene&) {
+         char text[8] = "keep";
+         const uint32_t a = tcsChannelName(96, text, sizeof text);
+         const uint32_t b = tcsChannelName(1, text, 3);
+         const uint32_t c = tcsChannelName(1, nullptr, 8);
+         return a == b && b == c && std::string(text) == "keep" ? a : 0;
+       },
+       0xA8087013, {"TCSpace(0xA8087013)", "TCSpace(0xA8087013)", "TCSpace(0xA8087013)"}},
+      {"tcsParseChannels (masks not written)", kPopulated, "\"\", \"V33\", \"V1+\", \"Q1\", null",
+       [](Scene&) {
+         uint32_t answer = 0;
+         for (const char* text : {"", "V33", "V1+", "Q1", static_cast<const char*>(nullptr)}) {
+           answer |= LeavesOutputs([&](unsigned int* a, unsigned int* b, TCSCLIP*) {
+             return tcsParseChannels(text, a, b, b);
+           });
+         }
+         return answer;
+       },
+       0xA8087013, std::vector<std::string>(5, "TCSpace(0xA8087013)")},
       {"edlReadFile", kNull, any, [](Scene& f) { return edlReadFile(f.h, "x.edl", nullptr); },
        0xA8080005, {"edlReadFile(x.edl): no space (0xA8080005)"}},
       {"edlReadFile", kPopulated, "a file that does not exist",

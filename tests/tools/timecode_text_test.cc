@@ -46,16 +46,5 @@ TEST(TimecodeTextTest, RefusesWhatIsNotATimecode) {
   EXPECT_EQ(ParseFrameRate("60df")->fps, 60u);
 }
 
-TEST(TimecodeTextTest, ChannelNamesRoundTrip) {
-  for (uint32_t channel = 0; channel < 96; ++channel) {
-    EXPECT_EQ(ParseChannel(ChannelName(channel)), channel);
-    EXPECT_EQ(ParseChannel(std::to_string(channel)), channel);
-  }
-  for (const char* text : {"V0", "V33", "A0", "B1", "96", "", "V", "a-1"}) {
-    EXPECT_FALSE(ParseChannel(text)) << text;
-  }
-  EXPECT_EQ(MaskNames({0x3, 0x80000001u}), "V1+V2+A1+A32");
-}
-
 }  // namespace
 }  // namespace tcs::cli
