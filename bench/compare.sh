@@ -58,6 +58,7 @@ for name, b in counters.items():
     if name.startswith("BM_MemoryPerClip"):
         print(f"memory per placed clip (100k)      {b['placed_bytes']:>9.0f} B  record "
               f"{b['record_bytes']:>6.0f} B {b['ratio']:>7.2f}x  (target 1.25x)")
+ratio("list 100k clips (tcsGetClips)", "BM_ListClips/100000", "BM_FloorListVector/100000", 1.5)
 if "BM_WalkPlayoutDay" in median:
     ms = median["BM_WalkPlayoutDay"] / 1e6
     print(f"24-hour walk (20,160 events)       {ms:>9.1f} ms  (target < 50 ms)")

@@ -1,6 +1,7 @@
 /* A host in a few lines: open a space, listen to additions, lay two clips on
-   channel 0 through the command record, ask what plays at a timecode, write
-   the timeline as an EDL, close. */
+   channel 0 through the command record, overwrite part of one, list what the
+   channel plays, ask what plays at a timecode, write the timeline as an EDL,
+   close. */
 #include <stdio.h>
 #include <string.h>
 
@@ -30,16 +31,31 @@ static const char* tc(unsigned f, char* s) {
   return s;
 }
 
+/* Every clip of channel 0, in record order, a few rows at a time. */
+static void list_channel(CTimeCodeSpace* space) {
+  TCSCLIP rows[2];
+  unsigned from = 0, n, i;
+  char a[16], b[16];
+  do {
+    if (tcsGetClips(space, 0, from, TCS_NO_TIMECODE, rows, 2, &n, &from) != TCS_OK) return;
+    for (i = 0; i < n; ++i) {
+      printf("  %s - %s  %s\n", tc(rows[i].start, a), tc(rows[i].start + rows[i].length, b),
+             rows[i].info && rows[i].info->name ? rows[i].info->name : "");
+    }
+  } while (from != TCS_NO_TIMECODE);
+}
+
 int main(void) {
   int added = 0;
-  CClip* clip = NULL;
   char a[16], b[16];
   CTimeCodeSpace* space = tcsOpen(NULL, NULL, NULL);
   tcsSetAddCallback(space, &added, on_add);
   add_clip(space, 0, 1000, 1300, "opening");
   add_clip(space, 300, 5000, 5600, "interview");
-  unsigned source = tcsTranslate(space, 0, 450, &clip, 0);
-  printf("%d clips; %s plays source %s\n", added, tc(450, a), tc(source, b));
+  add_clip(space, 600, 9000, 9090, "breaking");
+  list_channel(space);
+  unsigned source = tcsTranslate(space, 0, 450, NULL, 0);
+  printf("%d clips added; %s plays source %s\n", added, tc(450, a), tc(source, b));
   unsigned written = tcsWriteEdl(space, "host_example.edl", 0, NULL);
   puts(written == TCS_OK ? "wrote host_example.edl" : "could not write host_example.edl");
   return tcsClose(space) == TCS_OK && written == TCS_OK ? 0 : 1;

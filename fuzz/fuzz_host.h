@@ -78,6 +78,37 @@ struct FuzzHost {
     long listed = 0;
     for (const CClip* c = space->firstClip; c != nullptr; c = c->next) ++listed;
     if (listed != added - deleted) Broken("listed records differ from additions - deletions");
+    CheckListing();
+  }
+
+  // Every channel read through the listing entry points, as a host reads
+  // it: each play clip once, in start order, as many as the channel counts,
+  // on exactly the channels that the channel masks name.
+  void CheckListing() const {
+    unsigned int masks[3];
+    if (tcsGetChannels(space, &masks[0], &masks[1], &masks[2]) != 0) Broken("tcsGetChannels");
+    TCSCLIP rows[16];
+    for (unsigned int c = 0; c < 96; ++c) {
+      unsigned int expected = 0, listed = 0, count = 0, from = 0;
+      if (tcsGetClipCount(space, c, &expected) != 0) Broken("tcsGetClipCount");
+      if (((masks[c / 32] >> (c % 32)) & 1) != (expected != 0 ? 1u : 0u)) {
+        Broken("the channel masks and the clip count disagree");
+      }
+      bool first = true;
+      unsigned int last = 0;
+      do {
+        if (tcsGetClips(space, c, from, TCS_NO_TIMECODE, rows, 16, &count, &from) != 0) {
+          Broken("tcsGetClips");
+        }
+        for (unsigned int i = 0; i < count; ++i) {
+          if (!first && rows[i].start <= last) Broken("the listing is out of start order");
+          first = false;
+          last = rows[i].start;
+        }
+        listed += count;
+      } while (from != TCS_NO_TIMECODE && listed <= expected);
+      if (listed != expected) Broken("the listing missed or repeated a clip");
+    }
   }
 
   static unsigned int OnAdd(void* context, CTimeCodeSpace*, CClip*) {
