@@ -1,6 +1,7 @@
 # Install rules: both libraries, the public header set under include/tcspace,
 # a CMake package (find_package(tcspace) gives tcspace::tcspace and
-# tcspace::tcsplatform), a pkg-config file, and the tcs tool.
+# tcspace::tcsplatform, and tcspace::tcsotio where it was built), a
+# pkg-config file, and the tcs tool.
 include(CMakePackageConfigHelpers)
 
 set(TCS_CMAKE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/tcspace")
@@ -10,6 +11,11 @@ install(TARGETS tcspace tcsplatform EXPORT tcspaceTargets
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 install(DIRECTORY "${TCS_PUBLIC_INCLUDE_DIR}/" DESTINATION "${TCS_INSTALL_INCLUDE_DIR}")
+# tcsotio (when built): the static interchange library and its header.
+if(TARGET tcsotio)
+  install(TARGETS tcsotio EXPORT tcspaceTargets ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}")
+  install(DIRECTORY "${TCS_OTIO_INCLUDE_DIR}/" DESTINATION "${TCS_INSTALL_INCLUDE_DIR}")
+endif()
 install(EXPORT tcspaceTargets NAMESPACE tcspace:: DESTINATION "${TCS_CMAKE_DIR}")
 
 configure_package_config_file(cmake/tcspaceConfig.cmake.in
