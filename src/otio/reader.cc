@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cmath>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -85,7 +86,7 @@ FrameRate TimelineRate(const Json& timeline, const ReadOptions& options) {
   std::optional<FrameRate> rate = RateFromValue(*value);
   if (!rate) {
     std::ostringstream text;
-    text << "the timeline's rate " << *value
+    text << "the timeline's rate of " << *value
          << " is not one a space counts (whole rates to 120, 23.976, 29.97, 59.94)";
     throw ReadError(Status::kBadValue, text.str());
   }
@@ -253,9 +254,18 @@ ReadResult ReadOtioText(CTimeCodeSpace* space, std::string_view text, const Read
 }
 
 ReadResult ReadOtioFile(CTimeCodeSpace* space, const std::string& path, const ReadOptions& options) {
+  std::error_code error;
+  if (std::filesystem::is_directory(path, error)) {
+    return Fail(Status::kCannotOpen, path + ": is a directory, not an .otio file");
+  }
   std::ifstream in(path, std::ios::binary);
   if (!in.is_open()) return Fail(Status::kCannotOpen, path + ": " + std::strerror(errno));
-  std::string text(std::istreambuf_iterator<char>(in), {});
+  std::string text;
+  try {
+    text.assign(std::istreambuf_iterator<char>(in), {});
+  } catch (const std::exception&) {
+    return Fail(Status::kCannotOpen, path + ": cannot be read");
+  }
   if (in.bad()) return Fail(Status::kCannotOpen, path + ": cannot be read");
   ReadResult result = ReadOtioText(space, text, options);
   if (result.status != Status::kOk) result.error = path + ": " + result.error;
