@@ -5,6 +5,7 @@
 
 #include "otio/pieces.h"
 #include "otio/read_error.h"
+#include "otio/source_file.h"
 
 namespace tcs::otio {
 namespace {
@@ -224,8 +225,8 @@ double Flattener::Clip(const Json& clip, double at, std::vector<Piece>& out) {
     if (reference != nullptr && SchemaOf(*reference, label).name == "ExternalReference") {
       const std::string url = TextField(*reference, "target_url").value_or("");
       std::string& comment = texts_.back().comment;
-      if (!url.empty() && comment.find("SOURCE FILE: " + url) == std::string::npos) {
-        AddLine(comment, "SOURCE FILE: " + url);
+      if (!url.empty() && SourceFileOf(comment) != url) {
+        AddLine(comment, std::string(kSourceFileLabel) + url);
       }
     }
     out.push_back(piece);

@@ -1,6 +1,5 @@
 // Writing: every clip of every channel, through the listing entry points,
 // as one Timeline.1 of Track.1s with Gap.1s between the clips.
-#include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,6 +14,7 @@
 #include <nlohmann/json.hpp>
 
 #include "otio/otio.h"
+#include "otio/source_file.h"
 #include "tcs.h"
 
 namespace tcs::otio {
@@ -102,31 +102,15 @@ std::vector<std::string> Lines(const std::string& text) {
   return lines;
 }
 
-// The file a comment names on a "SOURCE FILE:" line, if any.
-std::string SourceFile(const std::vector<std::string>& lines) {
-  static constexpr char kLabel[] = "SOURCE FILE:";
-  for (const std::string& line : lines) {
-    if (line.size() > sizeof kLabel && strncasecmp(line.c_str(), kLabel, sizeof kLabel - 1) == 0) {
-      const size_t first = line.find_first_not_of(' ', sizeof kLabel - 1);
-      if (first != std::string::npos) return line.substr(first);
-    }
-  }
-  return "";
-}
-
 Ordered Writer::Clip(const Row& row, uint32_t length) const {
   Ordered cmx = Ordered::object();
   if (!row.reel.empty()) cmx["reel"] = row.reel;
-  std::vector<std::string> lines;
-  if (!row.comment.empty()) {
-    lines = Lines(row.comment);
-    cmx["comments"] = lines;
-  }
+  if (!row.comment.empty()) cmx["comments"] = Lines(row.comment);
   Ordered metadata = Ordered::object();
   if (!cmx.empty()) metadata["cmx_3600"] = cmx;
   if (!row.clipName.empty()) metadata["tcspace"] = Ordered{{"clip_name", row.clipName}};
 
-  const std::string file = SourceFile(lines);
+  const std::string file = SourceFileOf(row.comment);
   Ordered reference{{"OTIO_SCHEMA", file.empty() ? "MissingReference.1" : "ExternalReference.1"},
                     {"metadata", Ordered::object()},
                     {"name", ""},
