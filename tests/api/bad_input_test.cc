@@ -324,6 +324,13 @@ std::vector<Row> Rows() {
          return a == b && b == c ? a : 0;
        },
        0xA8087013, {"TCSpace(0xA8087013)", "TCSpace(0xA8087013)", "TCSpace(0xA8087013)"}},
+      {"tcsDescribeClip", kPopulated, "null record; null row",
+       [](Scene&) {
+         TCSCLIP row;
+         const uint32_t a = tcsDescribeClip(nullptr, &row);
+         return a == tcsDescribeClip(MakeClip(0, 1).get(), nullptr) ? a : 0;
+       },
+       0xA8087013, {"TCSpace(0xA8087013)", "TCSpace(0xA8087013)"}},
       {"tcsChannelName (text not written)", kPopulated, "channel 96; a size under 4; null text",
        [](Scene&) {
          char text[8] = "keep";
