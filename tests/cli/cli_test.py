@@ -183,7 +183,7 @@ class Tool(unittest.TestCase):
                              (malformed, "line 4")):
             for args in (["info", path], ["walk", path], ["at", path, "0"],
                          ["draw", path, "-o", keep], ["edit", path, "blank=V1,0,1", "-o", keep]):
-                self.assertFailsCleanly(tcs(*args), 1, needle, os.path.basename(path))
+                self.assertFailsCleanly(tcs(*args, "--strict"), 1, needle, os.path.basename(path))
         self.assertEqual(read(keep), "<old/>")
         self.assertEqual(sorted(os.listdir(self.dir)), ["bad.edl", "keep.svg"])
         self.assertFailsCleanly(tcs("draw", EXAMPLE, "-o", self.path("no/such/dir.svg")), 1,
