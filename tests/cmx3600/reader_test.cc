@@ -190,6 +190,58 @@ TEST(Cmx3600Reader, SkipsABadLineOrStopsThereWhenStrict) {
   }
 }
 
+// The top audio track on an AUD line, a name escape that is not one, the
+// list's counting set by the last FCM: line above the first event, padding
+// and a byte-order mark, frame counts for timecodes.
+TEST(Cmx3600Reader, EdgesOfTheText) {
+  const std::string text =
+      "\xEF\xBB\xBFTITLE: edges\n"
+      "FCM: DROP FRAME\n"
+      "FCM: NON DROP FRAME\n"
+      "PROGRAM BANNER LINE OF SOME TOOL\n"
+      "001  AX       NONE  C        00:00:00:00 00:00:01:00 00:10:00:00 00:10:01:00\n"
+      "* FROM CLIP NAME: first\n"
+      "AUD  3    32\n"
+      "* TCS NAME: a\\x4Gb\\x41\\\\\n"
+      "AUD  33\n"
+      "002  AX       V     C        0 30 30 60\n"
+      "1000 AX       V     C        00:00:01:00 00:00:02:00 00:00:02:00 00:00:03:00\n"
+      "licence text after the last event\n"
+      "\x1A\x1A\x1A\0\0";
+  const Result read = Read(text);
+  ASSERT_EQ(read.events.size(), 3u);
+  EXPECT_EQ(read.events[0].recordIn, 18000u);  // non-drop: the later FCM line
+  EXPECT_EQ(read.events[0].audio, 0x80000004u);
+  EXPECT_EQ(read.events[0].name, "a\\x4GbA\\");
+  EXPECT_EQ(read.events[1].sourceIn, 0u);
+  EXPECT_EQ(read.events[1].recordOut, 60u);
+  EXPECT_EQ(read.events[2].recordIn, 60u);
+  const std::vector<std::pair<uint32_t, WarningKind>> warnings = {
+      {9, WarningKind::kTracksDropped}, {12, WarningKind::kUnknownLine}};
+  EXPECT_EQ(read.warnings, warnings);
+}
+
+// Cut lines and transition lines put every field in the same columns:
+// number, reel, track field, edit type, duration, then the four timecodes.
+TEST(Cmx3600Writer, CutAndTransitionLinesShareColumns) {
+  std::string text;
+  Event event;
+  event.recordOut = event.sourceOut = 30;
+  event.video = 1;
+  event.reel = "R";
+  AppendEvent(text, event, 1, {});
+  event.transition = true;
+  event.effectDuration = 15;
+  AppendEvent(text, event, 2, {});
+  event.effectCode = 7;
+  AppendEvent(text, event, 3, {});
+  const std::string expected =
+      "001  R        V     C        00:00:00:00 00:00:01:00 00:00:00:00 00:00:01:00\r\n"
+      "002  R        V     D    015 00:00:00:00 00:00:01:00 00:00:00:00 00:00:01:00\r\n"
+      "003  R        V     W007 015 00:00:00:00 00:00:01:00 00:00:00:00 00:00:01:00\r\n";
+  EXPECT_EQ(text, expected);
+}
+
 std::string RandomText(std::mt19937& rng, size_t max_words, bool lines) {
   static const char* const kWords[] = {"take", "A001C003", "crowd", "C:\\media\\x.mov", "über",
                                        "*", "FROM CLIP NAME:", "00:00:01:00", "a/b", "#7"};
