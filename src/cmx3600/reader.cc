@@ -116,7 +116,7 @@ bool EventReader::OnLine(std::string_view raw) {
   }
   // Banners and other header lines above the first event describe the file.
   if (!seenEvent_ && !strict_) return true;
-  return Problem(lineNumber_, WarningKind::kUnknownLine, "not an EDL line: skipped");
+  return Problem(lineNumber_, WarningKind::kUnknownLine, "not an EDL line");
 }
 
 EventReader::Counted EventReader::Count(const EventFields& fields, uint32_t (&times)[4]) {
@@ -133,7 +133,7 @@ EventReader::Counted EventReader::Count(const EventFields& fields, uint32_t (&ti
     if (count == timecode::Count::kOutOfRange) {
       skipping_ = true;
       const bool go_on = Problem(lineNumber_, WarningKind::kBadEventLine,
-                                 std::string(kTimeNames[i]) + " out of range: event skipped");
+                                 std::string(kTimeNames[i]) + " out of range");
       return go_on ? Counted::kSkip : Counted::kStop;
     }
     if (count == timecode::Count::kFramePastRate) {
@@ -150,14 +150,14 @@ bool EventReader::OnEvent(std::string_view text) {
   seenEvent_ = true;
   skipping_ = false;
   // A bad event line still ends the event above it, which is complete.
-  const auto skip = [this](WarningKind kind, std::string_view problem) {
+  const auto skip = [this](WarningKind kind, const std::string& problem) {
     EmitAll();
     skipping_ = true;
     return Problem(lineNumber_, kind, problem);
   };
   EventFields fields;
   if (const char* problem = ParseEventLine(text, fields)) {
-    return skip(WarningKind::kBadEventLine, std::string(problem) + ": event skipped");
+    return skip(WarningKind::kBadEventLine, problem);
   }
   uint32_t times[4];
   const Counted counted = Count(fields, times);
@@ -166,7 +166,7 @@ bool EventReader::OnEvent(std::string_view text) {
     return counted == Counted::kSkip;
   }
   if (times[3] < times[2]) {
-    return skip(WarningKind::kRecordOutBeforeIn, "record out before record in: event skipped");
+    return skip(WarningKind::kRecordOutBeforeIn, "record out before record in");
   }
   if (fields.impliedDissolve &&
       !Problem(lineNumber_, WarningKind::kImpliedDissolve,
@@ -268,7 +268,7 @@ bool EventReader::OnAudio(std::string_view numbers) {
   if (!ok) {
     if (strict_) pending_.active = key_.active = false;
     return Problem(lineNumber_, WarningKind::kBadAudioLine,
-                   "AUD line: expected audio track numbers: skipped");
+                   "AUD line: expected audio track numbers");
   }
   if (dropped) Warn(lineNumber_, WarningKind::kTracksDropped, "tracks above 32 ignored");
   pending_.audio |= audio;
@@ -469,7 +469,12 @@ void EventReader::CheckOverlap(const Event& event) {
 
 bool EventReader::Problem(uint32_t line, WarningKind kind, std::string_view text) {
   const bool fatal = strict_ && RefusedWhenStrict(kind);
-  Warn(line, kind, text, fatal);
+  if (fatal || uint32_t(kind) > uint32_t(WarningKind::kRecordOutBeforeIn)) {
+    Warn(line, kind, text, fatal);
+  } else {
+    const bool event = kind == WarningKind::kBadEventLine || kind == WarningKind::kRecordOutBeforeIn;
+    Warn(line, kind, std::string(text) + (event ? ": event skipped" : ": skipped"));
+  }
   return !fatal;
 }
 
