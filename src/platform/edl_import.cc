@@ -20,7 +20,8 @@ constexpr unsigned int kWarningSeverity = 0x80000000u;
 
 struct Import {
   CTimeCodeSpace* space;
-  const char* label;
+  const char* function;  // edlReadFile or edlReadText, for log lines
+  const char* label;     // the path; null for a text from memory
   EDLWARNINGFN onWarning;
   void* context;
   uint32_t logged = 0;
@@ -33,14 +34,17 @@ void Report(Import& import, uint32_t line, cmx3600::WarningKind kind, std::strin
   if (import.onWarning != nullptr) {
     const EDLWARNING warning{line, uint32_t(kind), fatal ? 1u : 0u, message.c_str()};
     import.onWarning(import.context, &warning);
+  } else if (fatal && import.label != nullptr) {
+    ErrOut("%s(%s) line %u: %s", import.function, import.label, line, message.c_str());
   } else if (fatal) {
-    ErrOut("edlReadFile(%s) line %u: %s", import.label, line, message.c_str());
+    ErrOut("%s line %u: %s", import.function, line, message.c_str());
   } else if (import.logged < kMaxLoggedWarnings) {
-    ErrFmtOut(kWarningSeverity, line, 0, "WARNING(edlReadFile) %s line %u: %s", import.label, line,
-              message.c_str());
+    ErrFmtOut(kWarningSeverity, line, 0, "WARNING(%s) %s%sline %u: %s", import.function,
+              import.label != nullptr ? import.label : "", import.label != nullptr ? " " : "",
+              line, message.c_str());
   } else if (import.logged == kMaxLoggedWarnings) {
-    ErrFmtOut(kWarningSeverity, line, 0, "WARNING(edlReadFile) %s: further warnings not shown",
-              import.label);
+    ErrFmtOut(kWarningSeverity, line, 0, "WARNING(%s) %s: further warnings not shown",
+              import.function, import.label != nullptr ? import.label : "text");
   }
   if (!fatal) ++import.logged;
 }
@@ -97,7 +101,8 @@ void OnEvent(void* context, const cmx3600::Event& event) {
 
 uint32_t ImportText(CTimeCodeSpace* space, std::string_view text, const EDLSETTINGS* settings,
                     const char* label, EDLWARNINGFN on_warning, void* context) {
-  Import import{space, label, on_warning, context, 0, {}};
+  Import import{space, label != nullptr ? "edlReadFile" : "edlReadText", label, on_warning,
+                context, 0, {}};
   cmx3600::ReadSettings read;
   read.rate = RateOf(settings);
   read.strict = settings != nullptr && settings->strict != 0;

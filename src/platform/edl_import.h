@@ -16,7 +16,8 @@
 
 namespace tcs::translator {
 
-// `label` names the text in log lines ("edlReadFile(<label>) line 4: ...").
+// `label` is the file's path, named in log lines ("edlReadFile(<label>) line
+// 4: ..."); null for a text from memory ("edlReadText line 4: ...").
 // 0, or TCS_ERR_BAD_ARGUMENTS where strict mode stopped.
 uint32_t ImportText(CTimeCodeSpace* space, std::string_view text, const EDLSETTINGS* settings,
                     const char* label, EDLWARNINGFN on_warning, void* context);

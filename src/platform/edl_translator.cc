@@ -77,7 +77,7 @@ uint32_t edlReadText(CTimeCodeSpace* space, const char* text, size_t size,
     return LogTextStatus(TCS_ERR_NULL_SPACE, "the time code space library is not loaded");
   }
   if (text == nullptr && size != 0) return LogTextStatus(TCS_ERR_BAD_ARGUMENTS, "no text");
-  return tcs::translator::ImportText(space, std::string_view(text, size), settings, "(text)",
+  return tcs::translator::ImportText(space, std::string_view(text, size), settings, nullptr,
                                      onWarning, context);
 }
 

@@ -1,6 +1,7 @@
 #include "timecode/timecode.h"
 
 #include <charconv>
+#include <initializer_list>
 
 namespace tcs::timecode {
 namespace {
@@ -115,13 +116,19 @@ Count TimecodeToFrames(const TimecodeText& tc, FrameRate rate, uint32_t& frames)
 
 std::optional<uint32_t> ParseTimecode(std::string_view text, FrameRate rate, uint32_t last,
                                       std::string* error) {
-  const std::string quoted = "'" + std::string(text) + "'";
+  // Built by appending: GCC 12 warns falsely (-Wrestrict) on chains of +.
+  const auto fail = [&](std::initializer_list<std::string_view> parts) {
+    error->assign(1, '\'');
+    error->append(text);
+    error->push_back('\'');
+    for (std::string_view part : parts) error->append(part);
+    return std::nullopt;
+  };
   if (text.find_first_of(":;") == std::string_view::npos) {
     const std::optional<uint32_t> frames = Number(text);
     if (!frames || *frames > last) {
-      *error = quoted + " is not a timecode (HH:MM:SS:FF) or a frame count up to " +
-               std::to_string(last);
-      return std::nullopt;
+      return fail({" is not a timecode (HH:MM:SS:FF) or a frame count up to ",
+                   std::to_string(last)});
     }
     return frames;
   }
@@ -134,8 +141,7 @@ std::optional<uint32_t> ParseTimecode(std::string_view text, FrameRate rate, uin
     const std::optional<uint32_t> value =
         end == std::string_view::npos ? std::nullopt : Number(text.substr(at, end - at));
     if (!value || (i < 3 && text[end] == ';' && i != 2)) {
-      *error = quoted + " is not a timecode (HH:MM:SS:FF, or HH:MM:SS;FF for drop-frame)";
-      return std::nullopt;
+      return fail({" is not a timecode (HH:MM:SS:FF, or HH:MM:SS;FF for drop-frame)"});
     }
     if (i == 2) semicolon = text[end] == ';';
     field[i] = *value;
@@ -143,24 +149,21 @@ std::optional<uint32_t> ParseTimecode(std::string_view text, FrameRate rate, uin
   }
   const uint32_t fps = rate.fps;
   if (semicolon && !CanDropFrame(fps)) {
-    *error = quoted + ": drop-frame timecode needs 30 or 60 frames per second, not " +
-             std::to_string(fps);
-    return std::nullopt;
+    return fail({": drop-frame timecode needs 30 or 60 frames per second, not ",
+                 std::to_string(fps)});
   }
   const bool drop = semicolon || rate.dropFrame;
   const uint32_t minutes = field[0] * 60 + field[1];
   const bool skipped =
       drop && field[2] == 0 && minutes % 10 != 0 && field[3] < DroppedPerMinute(fps);
   if (field[0] > 999 || field[1] > 59 || field[2] > 59 || field[3] >= fps || skipped) {
-    *error = quoted + " is not a valid timecode at " +
-             FrameRateText(MakeFrameRate(fps, drop, rate.fractional));
-    return std::nullopt;
+    return fail({" is not a valid timecode at ",
+                 FrameRateText(MakeFrameRate(fps, drop, rate.fractional))});
   }
   uint64_t frames = (uint64_t{minutes} * 60 + field[2]) * fps + field[3];
   if (drop) frames -= DroppedPerMinute(fps) * (minutes - minutes / 10);
   if (frames > last) {
-    *error = quoted + " lies past the end of the timeline";
-    return std::nullopt;
+    return fail({" lies past the end of the timeline"});
   }
   return static_cast<uint32_t>(frames);
 }
