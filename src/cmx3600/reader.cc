@@ -287,7 +287,7 @@ void EventReader::OnFrameCode(std::string_view value) {
     return;
   }
   sourceDrop_ = drop;
-  if (!seenEvent_) rate_.dropFrame = drop;
+  if (!seenEvent_ && !keepRate_) rate_.dropFrame = drop;
 }
 
 void EventReader::OnNote(std::string_view body) {

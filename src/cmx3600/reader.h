@@ -56,7 +56,10 @@ struct ReadSettings {
   // frame rate note replaces fps, FCM: lines the drop-frame flag.
   timecode::FrameRate rate;
   bool strict = false;
-  bool keepRate = false;  // the rate note is not followed: `rate` was asked for
+  // `rate` was asked for: the list counts at it whatever this codec's rate
+  // note or the FCM: lines above the first event say (FCM: lines still set
+  // the counting of the source timecodes after them).
+  bool keepRate = false;
 };
 
 class EventReader {

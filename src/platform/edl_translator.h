@@ -34,8 +34,9 @@ typedef struct EDLSETTINGS {
   char title[256];           // the TITLE: line written on export; empty: the file's name
   uint32_t strict;           // reading: nonzero stops at the first line that cannot be read;
                              // 0 skips it with a warning and reads on
-  uint32_t keepRate;         // reading: nonzero counts at framesPerSecond even where the
-                             // file's own frame rate note says otherwise
+  uint32_t keepRate;         // reading: nonzero counts the record timecodes at
+                             // framesPerSecond and dropFrame whatever the file's own frame
+                             // rate note or its FCM: lines above the first event say
   uint8_t reserved276[4012];
   uint32_t lineWord;         // copied by the library into every line's settingsWord
   uint8_t reserved4292[4236];

@@ -231,6 +231,10 @@ class Tool(unittest.TestCase):
         self.assertEqual((pal["fps"], pal["rateFrom"]), (25, "frame fields up to 24"))
         film = tcs_json("info", "tests/data/edl/cdl.edl", "--fps", "23.976")
         self.assertEqual((film["fps"], film["rate"], film["rateFrom"]), (24, "23.976 fps", "--fps"))
+        # --fps 30 on a drop-frame list: counted and shown non-drop, as typed.
+        ndf = tcs_json("info", key, "--fps", "30")
+        self.assertEqual(channel(ndf, "V1")[0]["recordIn"], "01:00:04:10")
+        self.assertEqual(channel(ndf, "V1")[0]["recordInFrame"], 108000 + 130)
         for rate in ("23.98", "29.97df", "59.94df", "48", "120"):
             self.assertEqual(tcs("info", EXAMPLE, "--fps", rate).returncode, 0, rate)
 

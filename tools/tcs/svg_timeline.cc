@@ -1,12 +1,11 @@
 #include "svg_timeline.h"
 
-#include "timecode/timecode.h"
-
 #include <algorithm>
 #include <cstdio>
 #include <sstream>
 
 #include "channels.h"
+#include "timecode/timecode.h"
 
 namespace tcs::cli {
 namespace {

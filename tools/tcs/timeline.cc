@@ -1,12 +1,13 @@
-// Reading an EDL through the translator and writing one back, with the error
-// log captured so that a failure becomes one line naming the file.
+// Reading an EDL through the translator, from the file's bytes in memory, at
+// the rate its text gives (or --fps), with its warnings as data; and writing
+// one back, with the error log captured so that a failure becomes one line
+// naming the file.
 #include "timeline.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
