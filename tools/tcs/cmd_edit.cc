@@ -113,7 +113,7 @@ int RunEdit(const Args& args) {
   if (!out || out->empty()) UsageFail("give the file to write with -o OUT.edl");
   const std::vector<std::string>& positional = args.positional();
   if (positional.size() < 2) UsageFail("give at least one edit operation");
-  const Timeline timeline(positional[0], args.FpsOverride());
+  const Timeline timeline(positional[0], args.FpsOverride(), args.ReadOptions());
   for (size_t i = 1; i < positional.size(); ++i) {
     const std::string what = "operation " + std::to_string(i) + " (" + positional[i] + ")";
     TCSCMD cmd = Build(timeline, positional[i], what);

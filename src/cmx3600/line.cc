@@ -1,8 +1,8 @@
-#include "platform/edl_text_line.h"
+#include "cmx3600/line.h"
 
 #include <array>
 
-namespace tcs::translator {
+namespace tcs::cmx3600 {
 namespace {
 
 constexpr size_t kMaxTokens = 32;
@@ -59,9 +59,9 @@ bool StartsWithWord(std::string_view line, std::string_view upper_word) {
 int TimecodesIn(std::string_view token) {
   int count = 0;
   size_t pos = 0;
-  TimecodeText tc;
+  timecode::TimecodeText tc;
   while (pos < token.size()) {
-    if (!ScanTimecode(token, pos, tc)) return 0;
+    if (!timecode::ScanTimecode(token, pos, tc)) return 0;
     ++count;
   }
   return count;
@@ -163,6 +163,7 @@ NoteLabel LabelOf(std::string_view body, std::string_view& value) {
       Label{"TCS NAME:", NoteLabel::kOwnName},
       Label{"TCS EFFECT:", NoteLabel::kOwnEffect},
       Label{"TCS FRAME RATE:", NoteLabel::kOwnRate},
+      Label{"KEY CLIP NAME:", NoteLabel::kKeyClipName},
   };
   for (const Label& label : kLabels) {
     if (StartsWithUpper(body, label.text)) {
@@ -186,7 +187,8 @@ const char* ParseEventLine(std::string_view line, EventFields& out) {
     tokens[count++] = line.substr(begin, i - begin);
   }
 
-  // The four timecodes end the line, some of them perhaps run together.
+  // The four timecodes end the line, some of them perhaps run together;
+  // else four frame counts do.
   size_t head = count;
   int found = 0;
   while (head > 0 && found < 4) {
@@ -195,12 +197,25 @@ const char* ParseEventLine(std::string_view line, EventFields& out) {
     found += in_token;
     --head;
   }
-  if (found != 4) return "an event line needs four timecodes (source in/out, record in/out)";
   EventFields fields;
-  size_t slot = 0;
-  for (size_t t = head; t < count; ++t) {
-    size_t pos = 0;
-    while (pos < tokens[t].size()) ScanTimecode(tokens[t], pos, fields.times[slot++]);
+  if (found == 4) {
+    size_t slot = 0;
+    for (size_t t = head; t < count; ++t) {
+      size_t pos = 0;
+      while (pos < tokens[t].size()) timecode::ScanTimecode(tokens[t], pos, fields.times[slot++]);
+    }
+  } else {
+    head = count;
+    if (count < 7 || found != 0) {
+      return "an event line needs four timecodes (source in/out, record in/out)";
+    }
+    for (size_t i = 0; i < 4; ++i) {
+      if (!Number(tokens[count - 4 + i], fields.counts[i])) {
+        return "an event line needs four timecodes (source in/out, record in/out)";
+      }
+    }
+    fields.frameCounts = true;
+    head = count - 4;
   }
 
   // The event number, perhaps run into the reel.
@@ -219,15 +234,25 @@ const char* ParseEventLine(std::string_view line, EventFields& out) {
   // Edit type, its duration, and the two-word key types "K B" and "K O".
   EditType edit{};
   std::string_view duration_text;
+  TrackMasks probe;
   if (n >= 2 && AllDigits(rest[n - 1]) && ParseEditType(rest[n - 2], edit)) {
     duration_text = rest[--n];
+  } else if (n >= 3 && AllDigits(rest[n - 1]) && ParseTrackField(rest[n - 2], probe)) {
+    // "005  EVL1_HEI V      008 ...": a transition that names no edit type.
+    fields.impliedDissolve = true;
+    duration_text = rest[n - 1];
+    rest[n - 1] = "D";
   }
+  bool background = false;
   if (n >= 2 && rest[n - 1].size() == 1 && (Upper(rest[n - 1][0]) == 'B' || Upper(rest[n - 1][0]) == 'O') &&
       Upper(rest[n - 2][0]) == 'K' && rest[n - 2].size() == 1) {
+    background = Upper(rest[n - 1][0]) == 'B';
     --n;
   }
   if (n == 0 || !ParseEditType(rest[n - 1], edit)) return "no edit type (C, D, Wnnn or K)";
   --n;
+  fields.keyBackground =
+      edit.edit == 'K' && (background || (rest[n].size() == 2 && Upper(rest[n][1]) == 'B'));
   fields.edit = edit.edit;
   fields.wipeCode = edit.code;
   fields.duration = edit.duration;
@@ -249,4 +274,4 @@ const char* ParseEventLine(std::string_view line, EventFields& out) {
   return nullptr;
 }
 
-}  // namespace tcs::translator
+}  // namespace tcs::cmx3600

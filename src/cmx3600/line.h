@@ -3,16 +3,16 @@
 // Lines come without their line end and with trailing blanks removed.
 // Everything returned points into the line. Pure functions; safe from any
 // thread.
-#ifndef TCS_PLATFORM_EDL_TEXT_LINE_H_
-#define TCS_PLATFORM_EDL_TEXT_LINE_H_
+#ifndef TCS_CMX3600_LINE_H_
+#define TCS_CMX3600_LINE_H_
 
 #include <cstdint>
 #include <string_view>
 
-#include "platform/edl_text_timecode.h"
-#include "platform/edl_text_tracks.h"
+#include "cmx3600/tracks.h"
+#include "timecode/timecode.h"
 
-namespace tcs::translator {
+namespace tcs::cmx3600 {
 
 enum class LineKind {
   kBlank,
@@ -37,6 +37,7 @@ struct LineClass {
 
 LineClass ClassifyLine(std::string_view line);
 
+
 // The labels of notes that the reader uses; every other note is kept as text.
 enum class NoteLabel {
   kOther,
@@ -49,6 +50,7 @@ enum class NoteLabel {
   kOwnName,       // TCS NAME: the clip's name byte for byte, escaped
   kOwnEffect,     // TCS EFFECT: transition code and duration
   kOwnRate,       // TCS FRAME RATE: timecode rate of what follows
+  kKeyClipName,   // KEY CLIP NAME: the key of a K B / K pair
 };
 
 // The label of a note body and, for a known label, the value after its
@@ -60,22 +62,54 @@ struct EventFields {
   std::string_view reel;
   TrackMasks tracks;
   char edit = 'C';        // 'C' cut, 'D' dissolve, 'W' wipe, 'K' key
+  bool keyBackground = false;  // K B: the background of a key
   uint32_t wipeCode = 0;  // the digits after W
   uint32_t duration = 0;  // transition duration in frames
-  TimecodeText times[4];  // source in, source out, record in, record out
+  bool impliedDissolve = false;  // a duration after the track field, no edit type
+  // Source in, source out, record in, record out: timecodes, or frame counts
+  // where the line gives four plain numbers.
+  timecode::TimecodeText times[4];
+  bool frameCounts = false;
+  uint32_t counts[4] = {};
 };
 
-// Reads an event line: number, reel, track field, edit type with its
-// duration, and four timecodes. Tolerates missing blanks where the fields
-// can still be told apart: timecodes run together, an eight-character reel
-// run into its track field, an event number run into its reel. nullptr, or
-// what is wrong with the line.
+// Reads an event line by its fields, whatever its columns: number, reel
+// (any length, blanks inside), track field, edit type with its duration,
+// and four timecodes or frame counts. Tolerates missing blanks where the
+// fields can still be told apart: timecodes run together, an eight-character
+// reel run into its track field, an event number run into its reel; and a
+// duration with no edit type (impliedDissolve). nullptr, or what is wrong
+// with the line.
 const char* ParseEventLine(std::string_view line, EventFields& out);
 
 // Letter case folding and prefix tests shared by the reader.
 bool StartsWithUpper(std::string_view text, std::string_view upper_prefix);
 bool IsBlank(char c);
+inline bool IsPadding(char c) {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\x1A' || c == '\0';
+}
 
-}  // namespace tcs::translator
+// Calls each(line) for every line of a text, in order, until it returns
+// false; false then. A UTF-8 byte-order mark is skipped; a line ends at LF,
+// CR LF or a lone CR and comes without its end, trailing blanks, or the ^Z
+// and NUL bytes some tools pad a file's end with.
+template <typename Each>
+bool ForEachLine(std::string_view text, Each each) {
+  if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+  size_t pos = 0;
+  while (pos < text.size()) {
+    size_t end = pos;
+    while (end < text.size() && text[end] != '\n' && text[end] != '\r') ++end;
+    size_t trimmed = end;
+    while (trimmed > pos && IsPadding(text[trimmed - 1])) --trimmed;
+    if (!each(text.substr(pos, trimmed - pos))) return false;
+    pos = end;
+    if (pos < text.size() && text[pos] == '\r') ++pos;
+    if (pos < text.size() && text[pos] == '\n' && (pos == end || text[pos - 1] == '\r')) ++pos;
+  }
+  return true;
+}
 
-#endif  // TCS_PLATFORM_EDL_TEXT_LINE_H_
+}  // namespace tcs::cmx3600
+
+#endif  // TCS_CMX3600_LINE_H_

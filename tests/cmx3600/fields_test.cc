@@ -6,29 +6,31 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/edl_text_timecode.h"
-#include "platform/edl_text_tracks.h"
+#include "cmx3600/tracks.h"
 #include "support/label_clock.h"
+#include "timecode/timecode.h"
 
-namespace tcs::translator {
+namespace tcs::cmx3600 {
 namespace {
 
-std::string Format(uint32_t frames, TimecodeRate rate) {
-  char text[kMaxTimecodeText];
-  return std::string(text, FormatTimecode(frames, rate, text));
-}
+using timecode::FrameRate;
 
-bool Parse(const std::string& text, TimecodeRate rate, uint32_t& frames) {
+FrameRate MakeRate(uint32_t fps, bool drop) { return timecode::MakeFrameRate(fps, drop); }
+
+std::string Format(uint32_t frames, FrameRate rate) { return timecode::TimecodeString(frames, rate); }
+
+bool Parse(const std::string& text, FrameRate rate, uint32_t& frames) {
   size_t pos = 0;
-  TimecodeText tc;
-  return ScanTimecode(text, pos, tc) && pos == text.size() && TimecodeToFrames(tc, rate, frames);
+  timecode::TimecodeText tc;
+  return timecode::ScanTimecode(text, pos, tc) && pos == text.size() &&
+         timecode::TimecodeToFrames(tc, rate, frames) == timecode::Count::kOk;
 }
 
 // The whole timeline (past 24 hours) at 29.97 drop-frame, and a few hours at
 // 59.94, 24, 25 and 30, agree with a clock both ways.
-TEST(EdlTimecode, MatchesAClockFrameByFrame) {
+TEST(Cmx3600Timecode, MatchesAClockFrameByFrame) {
   struct Case {
-    TimecodeRate rate;
+    FrameRate rate;
     uint32_t drop, frames;
   };
   const Case cases[] = {{MakeRate(30, true), 2, 10692001},
@@ -55,8 +57,8 @@ TEST(EdlTimecode, MatchesAClockFrameByFrame) {
 // (Random frames over the whole range round-trip in
 // EdlReader.ReadsBackWhatTheWriterWrites; glued timecodes are read in
 // EdlReader.ReadsWhatOtherToolsWrite.)
-TEST(EdlTimecode, ScansWhatToolsWriteAndRefusesWhatNoRateCounts) {
-  const TimecodeRate ndf = MakeRate(30, false);
+TEST(Cmx3600Timecode, ScansWhatToolsWriteAndRefusesWhatNoRateCounts) {
+  const FrameRate ndf = MakeRate(30, false);
   uint32_t frames = 0;
   // A ';' asks for drop-frame counting even where the rate did not.
   EXPECT_TRUE(Parse("00:10:00;00", ndf, frames) && frames == 17982u);
@@ -70,8 +72,17 @@ TEST(EdlTimecode, ScansWhatToolsWriteAndRefusesWhatNoRateCounts) {
   EXPECT_EQ(MakeRate(0, true), MakeRate(30, true));
   EXPECT_FALSE(MakeRate(25, true).dropFrame);
   EXPECT_EQ(MakeRate(500, false).fps, 30u);
-  EXPECT_EQ(MakeRate(29, true), MakeRate(30, true));
   EXPECT_EQ(Format(UINT32_MAX, MakeRate(1, false)), "1193046:28:15:00");
+  // A frame field of the rate or more is counted on, and said so.
+  timecode::TimecodeText tc;
+  size_t pos = 0;
+  ASSERT_TRUE(timecode::ScanTimecode("00:00:59:24", pos, tc));
+  EXPECT_EQ(timecode::TimecodeToFrames(tc, MakeRate(24, false), frames), timecode::Count::kFramePastRate);
+  EXPECT_EQ(frames, 59u * 24 + 24);
+  EXPECT_EQ(timecode::TimecodeToFrames(tc, MakeRate(25, false), frames), timecode::Count::kOk);
+  // From 100 frames per second the frame field takes three digits.
+  EXPECT_EQ(Format(120 * 3600 + 119, MakeRate(120, false)), "01:00:00:119");
+  EXPECT_TRUE(Parse("01:00:00:119", MakeRate(120, false), frames) && frames == 120u * 3600 + 119);
   EXPECT_TRUE(Parse("1193046:28:15:00", MakeRate(1, false), frames) && frames == UINT32_MAX);
   EXPECT_FALSE(Parse("1193046:28:16:00", MakeRate(1, false), frames));
 }
@@ -79,7 +90,7 @@ TEST(EdlTimecode, ScansWhatToolsWriteAndRefusesWhatNoRateCounts) {
 // Track fields: the writer's standard spellings and the spellings other tools
 // use read as the channels they mean. (That every mask the writer spells reads
 // back whole is EdlReader.ReadsBackWhatTheWriterWrites.)
-TEST(EdlTracks, StandardSpellingsBothWaysAndOtherToolsSpellings) {
+TEST(Cmx3600Tracks, StandardSpellingsBothWaysAndOtherToolsSpellings) {
   struct Case {
     const char* field;
     uint32_t video, audio;
@@ -102,7 +113,26 @@ TEST(EdlTracks, StandardSpellingsBothWaysAndOtherToolsSpellings) {
   TrackMasks high;
   ASSERT_TRUE(ParseTrackField("A40", high));
   EXPECT_TRUE(high.dropped);
-  for (const char* bad : {"", "X", "A0", "AV", "V/", "A123", "C", "W001"}) {
+  // Glued fields: one audio track per digit, V glued on; two rising digits
+  // up to 32 are one track, said to be ambiguous.
+  struct Glued {
+    const char* field;
+    uint32_t video, audio;
+    bool glued, ambiguous;
+  };
+  for (const Glued& g : {Glued{"A1234V", 1, 0xF, true, false}, Glued{"A34", 0, 0xC, true, false},
+                         Glued{"a78", 0, 0xC0, true, false}, Glued{"A12", 0, 0x800, false, true},
+                         Glued{"A21", 0, 1u << 20, false, false}, Glued{"A123", 0, 0x7, true, false},
+                         Glued{"A32", 0, 1u << 31, false, false}}) {
+    SCOPED_TRACE(g.field);
+    TrackMasks masks;
+    ASSERT_TRUE(ParseTrackField(g.field, masks));
+    EXPECT_EQ(masks.video, g.video);
+    EXPECT_EQ(masks.audio, g.audio);
+    EXPECT_EQ(masks.glued, g.glued);
+    EXPECT_EQ(masks.ambiguous, g.ambiguous);
+  }
+  for (const char* bad : {"", "X", "A0", "AV", "V/", "A103", "C", "W001", "A12X"}) {
     TrackMasks masks{5, 6, false};
     EXPECT_FALSE(ParseTrackField(bad, masks)) << bad;
     EXPECT_EQ(masks.video, 5u);
@@ -116,4 +146,4 @@ TEST(EdlTracks, StandardSpellingsBothWaysAndOtherToolsSpellings) {
 }
 
 }  // namespace
-}  // namespace tcs::translator
+}  // namespace tcs::cmx3600

@@ -1,8 +1,8 @@
-#include "platform/edl_text_tracks.h"
+#include "cmx3600/tracks.h"
 
 #include <cstring>
 
-namespace tcs::translator {
+namespace tcs::cmx3600 {
 namespace {
 
 char Upper(char c) { return (c >= 'a' && c <= 'z') ? char(c - 'a' + 'A') : c; }
@@ -34,6 +34,33 @@ void AddTrack(uint32_t& mask, unsigned number, bool& dropped) {
   }
 }
 
+// "A" then digits, perhaps glued to a trailing "V": see ParseTrackField.
+bool ParseAudioDigits(std::string_view part, TrackMasks& masks) {
+  std::string_view digits = part.substr(1);
+  const bool with_video = !digits.empty() && Upper(digits.back()) == 'V';
+  if (with_video) digits.remove_suffix(1);
+  if (digits.empty()) return false;
+  for (char c : digits) {
+    if (c < '0' || c > '9') return false;
+  }
+  unsigned number = 0;
+  const bool numbered = TrackNumber(digits, number);
+  // Two digits with a 0 among them cannot be two tracks: a track past 32.
+  const bool one_track = digits.size() == 1 || number <= 32 || digits.find('0') != digits.npos;
+  if (!with_video && numbered && one_track) {
+    AddTrack(masks.audio, number, masks.dropped);
+    masks.ambiguous |= digits.size() == 2 && digits[0] != '0' && digits[0] < digits[1];
+  } else {
+    for (char c : digits) {
+      if (c == '0') return false;
+      masks.audio |= 1u << unsigned(c - '1');
+    }
+    masks.glued = true;
+  }
+  if (with_video) masks.video |= 1u;
+  return true;
+}
+
 bool ParsePart(std::string_view part, TrackMasks& masks) {
   if (EqualsUpper(part, "V")) {
     masks.video |= 1u;
@@ -44,17 +71,14 @@ bool ParsePart(std::string_view part, TrackMasks& masks) {
     masks.audio |= 1u;
   } else if (EqualsUpper(part, "AA")) {
     masks.audio |= 3u;
+  } else if (part.size() >= 2 && Upper(part[0]) == 'A') {
+    return ParseAudioDigits(part, masks);
   } else {
     unsigned number = 0;
-    if (part.size() < 2 || !TrackNumber(part.substr(1), number)) return false;
-    const char kind = Upper(part[0]);
-    if (kind == 'V') {
-      AddTrack(masks.video, number, masks.dropped);
-    } else if (kind == 'A') {
-      AddTrack(masks.audio, number, masks.dropped);
-    } else {
+    if (part.size() < 2 || Upper(part[0]) != 'V' || !TrackNumber(part.substr(1), number)) {
       return false;
     }
+    AddTrack(masks.video, number, masks.dropped);
   }
   return true;
 }
@@ -129,4 +153,4 @@ size_t TrackName(bool audio, unsigned bit, char* out) {
   return n;
 }
 
-}  // namespace tcs::translator
+}  // namespace tcs::cmx3600

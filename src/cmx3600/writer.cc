@@ -1,10 +1,11 @@
-#include "platform/edl_text_format.h"
+#include "cmx3600/writer.h"
 
 #include <cstring>
 
-#include "platform/edl_text_tracks.h"
+#include "cmx3600/tracks.h"
+#include "timecode/timecode.h"
 
-namespace tcs::translator {
+namespace tcs::cmx3600 {
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
@@ -13,8 +14,6 @@ constexpr std::string_view kLineEnd = "\r\n";
 constexpr size_t kReelWidth = 8;
 constexpr uint32_t kMaxCode = 999;
 constexpr uint32_t kMaxDuration = 999;
-
-std::string_view View(const char* text) { return text == nullptr ? std::string_view() : text; }
 
 void AppendNumber(std::string& out, uint64_t value, size_t min_width) {
   char digits[24];
@@ -32,9 +31,9 @@ void AppendPadded(std::string& out, std::string_view text, size_t width) {
   if (text.size() < width) out.append(width - text.size(), ' ');
 }
 
-void AppendTimecode(std::string& out, uint32_t frames, TimecodeRate rate) {
-  char text[kMaxTimecodeText];
-  out.append(text, FormatTimecode(frames, rate, text));
+void AppendTimecode(std::string& out, uint32_t frames, timecode::FrameRate rate) {
+  char text[timecode::kMaxTimecodeText];
+  out.append(text, timecode::FormatTimecode(frames, rate, text));
 }
 
 // Text on one line: control characters become blanks.
@@ -112,7 +111,7 @@ void AppendTracksNote(std::string& out, const TrackSpelling& tracks) {
 
 }  // namespace
 
-void AppendHeader(std::string& out, std::string_view title, TimecodeRate rate) {
+void AppendHeader(std::string& out, std::string_view title, timecode::FrameRate rate) {
   out += "TITLE: ";
   AppendFlat(out, title);
   out.append(kLineEnd);
@@ -124,12 +123,12 @@ void AppendHeader(std::string& out, std::string_view title, TimecodeRate rate) {
   out.append(kLineEnd);
 }
 
-void AppendEvent(std::string& out, const EDLLINE& line, uint32_t number, TimecodeRate rate) {
-  const CLIPINFO& clip = line.clip;
-  const std::string_view reel = View(clip.reel);
+void AppendEvent(std::string& out, const Event& line, uint32_t number, timecode::FrameRate rate) {
+  const Event& clip = line;
+  const std::string_view reel = clip.reel;
   const bool plain_reel = PlainReel(reel);
-  const TrackSpelling tracks = SpellTracks(clip.videoMask, clip.audioMask);
-  const bool wipe = line.transition == EDLLINE_WIPE;
+  const TrackSpelling tracks = SpellTracks(clip.video, clip.audio);
+  const bool wipe = line.transition;
   const bool own_effect = wipe ? (line.effectCode > kMaxCode || line.effectDuration > kMaxDuration)
                                : (line.effectCode != 0 || line.effectDuration != 0);
 
@@ -178,9 +177,9 @@ void AppendEvent(std::string& out, const EDLLINE& line, uint32_t number, Timecod
     if (tracks.aud4) out += "   4";
     out.append(kLineEnd);
   }
-  const std::string_view name = View(clip.name);
+  const std::string_view name = clip.name;
   if (!name.empty()) AppendNote(out, "FROM CLIP NAME:", name);
-  if (clip.comment != nullptr && clip.comment[0] != '\0') {
+  if (!clip.comment.empty()) {
     std::string_view rest = clip.comment;
     while (true) {
       const size_t end = rest.find('\n');
@@ -192,7 +191,7 @@ void AppendEvent(std::string& out, const EDLLINE& line, uint32_t number, Timecod
     }
   }
   if (tracks.extraVideo != 0 || tracks.extraAudio != 0) AppendTracksNote(out, tracks);
-  if (clip.clipName != nullptr && clip.clipName[0] != '\0') {
+  if (!clip.clipName.empty()) {
     AppendNote(out, "TCS CLIP:", clip.clipName);
   }
   if (!plain_reel) AppendNote(out, "TCS REEL:", reel);
@@ -210,4 +209,4 @@ void AppendEvent(std::string& out, const EDLLINE& line, uint32_t number, Timecod
   }
 }
 
-}  // namespace tcs::translator
+}  // namespace tcs::cmx3600
