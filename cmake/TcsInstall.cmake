@@ -1,16 +1,18 @@
-# Install rules: both libraries, the public header set under include/tcspace,
-# a CMake package (find_package(tcspace) gives tcspace::tcspace and
-# tcspace::tcsplatform, and tcspace::tcsotio where it was built), a
-# pkg-config file, and the tcs tool.
+# Install rules: both shared libraries and the two static codec libraries,
+# the public and codec header sets under include/tcspace, a CMake package
+# (find_package(tcspace) gives tcspace::tcspace, tcspace::tcsplatform,
+# tcspace::tcstimecode and tcspace::tcscmx3600, and tcspace::tcsotio where
+# it was built), a pkg-config file, and the tcs tool.
 include(CMakePackageConfigHelpers)
 
 set(TCS_CMAKE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/tcspace")
 
-install(TARGETS tcspace tcsplatform EXPORT tcspaceTargets
+install(TARGETS tcspace tcsplatform tcstimecode tcscmx3600 EXPORT tcspaceTargets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
-install(DIRECTORY "${TCS_PUBLIC_INCLUDE_DIR}/" DESTINATION "${TCS_INSTALL_INCLUDE_DIR}")
+install(DIRECTORY "${TCS_PUBLIC_INCLUDE_DIR}/" "${TCS_CODEC_INCLUDE_DIR}/"
+        DESTINATION "${TCS_INSTALL_INCLUDE_DIR}")
 # tcsotio (when built): the static interchange library and its header.
 if(TARGET tcsotio)
   install(TARGETS tcsotio EXPORT tcspaceTargets ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}")

@@ -81,7 +81,7 @@ ReadResult ReadOtioFile(CTimeCodeSpace* space, const std::string& path,
                         const ReadOptions& options = {});
 
 struct WriteOptions {
-  FrameRate rate;    // the rate every RationalTime is written at
+  FrameRate rate;    // the rate every RationalTime is written at (default 30)
   std::string name;  // the timeline's name
 };
 

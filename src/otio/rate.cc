@@ -5,7 +5,7 @@
 namespace tcs::otio {
 namespace {
 
-constexpr uint32_t kMaxFps = 120;
+using tcs::timecode::kMaxFps;
 constexpr double kTolerance = 0.001;            // a whole rate
 constexpr double kFractionalTolerance = 0.005;  // 23.98 names 23.976
 constexpr uint32_t kFractional[] = {24, 30, 48, 60, 120};
@@ -24,11 +24,11 @@ std::optional<FrameRate> RateFromValue(double value) {
   }
   const double whole = std::round(value);
   if (std::fabs(value - whole) <= kTolerance) {
-    return FrameRate{static_cast<uint32_t>(whole), false, false};
+    return tcs::timecode::MakeFrameRate(static_cast<uint32_t>(whole), false);
   }
   for (const uint32_t fps : kFractional) {
     if (std::fabs(value - Fractional(fps)) <= kFractionalTolerance) {
-      return FrameRate{fps, fps == 30 || fps == 60, true};
+      return tcs::timecode::MakeFrameRate(fps, tcs::timecode::CanDropFrame(fps), true);
     }
   }
   return std::nullopt;

@@ -82,7 +82,7 @@ FrameRate TimelineRate(const Json& timeline, const ReadOptions& options) {
   if (!value) {
     if (const Json* tracks = Field(timeline, "tracks")) value = FirstClipRate(*tracks, 0);
   }
-  if (!value) return FrameRate{};
+  if (!value) return tcs::timecode::MakeFrameRate(24, false);
   std::optional<FrameRate> rate = RateFromValue(*value);
   if (!rate) {
     std::ostringstream text;
@@ -93,7 +93,8 @@ FrameRate TimelineRate(const Json& timeline, const ReadOptions& options) {
   const Json* metadata = Field(timeline, "metadata");
   const Json* own = metadata ? Field(*metadata, "tcspace") : nullptr;
   const Json* drop = own ? Field(*own, "drop_frame") : nullptr;
-  if (drop != nullptr && drop->is_boolean() && rate->fractional && (rate->fps == 30 || rate->fps == 60)) {
+  if (drop != nullptr && drop->is_boolean() && rate->fractional &&
+      tcs::timecode::CanDropFrame(rate->fps)) {
     rate->dropFrame = drop->get<bool>();
   }
   return *rate;

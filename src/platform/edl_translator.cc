@@ -4,8 +4,8 @@
 #include <cstring>
 #include <string>
 
+#include "platform/edl_import.h"
 #include "platform/edl_read_file.h"
-#include "platform/edl_text_events.h"
 #include "platform/edl_write_file.h"
 #include "platform/errlog.h"
 #include "tcs_status.h"
@@ -17,16 +17,15 @@ extern "C" __attribute__((weak)) uint32_t _tcsAddEdlLine(CTimeCodeSpace* space,
 
 namespace {
 
-using tcs::translator::EdlEventReader;
 using tcs::translator::EdlFileWriter;
-using tcs::translator::MakeRate;
-
-void AddToSpace(void* space, const EDLLINE& line, uint64_t tag) {
-  _tcsAddEdlLine(static_cast<CTimeCodeSpace*>(space), &line, tag);
-}
 
 uint32_t LogStatus(const char* path, uint32_t status, const char* why) {
   ErrOut("edlReadFile(%s): %s (0x%X)", path != nullptr ? path : "(null)", why, status);
+  return status;
+}
+
+uint32_t LogTextStatus(uint32_t status, const char* why) {
+  ErrOut("edlReadText: %s (0x%X)", why, status);
   return status;
 }
 
@@ -68,11 +67,18 @@ uint32_t edlReadFile(CTimeCodeSpace* space, const char* path, const EDLSETTINGS*
   if (path == nullptr || !tcs::translator::LoadFile(path, text)) {
     return LogStatus(path, TCS_RESULT_NONE, "cannot open or read the file");
   }
-  const auto rate = settings == nullptr
-                        ? MakeRate(0, false)
-                        : MakeRate(settings->framesPerSecond, settings->dropFrame != 0);
-  EdlEventReader reader(rate, path, &AddToSpace, space);
-  return reader.Read(text);
+  return tcs::translator::ImportText(space, text, settings, path, nullptr, nullptr);
+}
+
+uint32_t edlReadText(CTimeCodeSpace* space, const char* text, size_t size,
+                     const EDLSETTINGS* settings, EDLWARNINGFN onWarning, void* context) {
+  if (space == nullptr) return LogTextStatus(TCS_ERR_NULL_SPACE, "no space");
+  if (&_tcsAddEdlLine == nullptr) {
+    return LogTextStatus(TCS_ERR_NULL_SPACE, "the time code space library is not loaded");
+  }
+  if (text == nullptr && size != 0) return LogTextStatus(TCS_ERR_BAD_ARGUMENTS, "no text");
+  return tcs::translator::ImportText(space, std::string_view(text, size), settings, nullptr,
+                                     onWarning, context);
 }
 
 }  // extern "C"

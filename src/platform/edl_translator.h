@@ -7,6 +7,7 @@
 #ifndef TCS_PLATFORM_EDL_TRANSLATOR_H_
 #define TCS_PLATFORM_EDL_TRANSLATOR_H_
 
+#include <stddef.h>
 #include <stdint.h>
 
 #include "record/edl_line.h"
@@ -31,11 +32,28 @@ typedef struct EDLSETTINGS {
   uint32_t dropFrame;        // nonzero: drop-frame timecode (29.97 and 59.94 material, at 30
                              // and 60 frames per second; ignored at other rates)
   char title[256];           // the TITLE: line written on export; empty: the file's name
-  uint8_t reserved268[4020];
+  uint32_t strict;           // reading: nonzero stops at the first line that cannot be read;
+                             // 0 skips it with a warning and reads on
+  uint32_t keepRate;         // reading: nonzero counts the record timecodes at
+                             // framesPerSecond and dropFrame whatever the file's own frame
+                             // rate note or its FCM: lines above the first event say
+  uint8_t reserved276[4012];
   uint32_t lineWord;         // copied by the library into every line's settingsWord
   uint8_t reserved4292[4236];
 } EDLSETTINGS;
 #pragma pack(pop)
+
+// One warning of a read: the file line it is about (0: the file as a whole),
+// its kind (the numbers of docs/edl-conventions.md), whether strict mode
+// stopped the read there, and what is wrong. `text` is valid during the call
+// only.
+typedef struct EDLWARNING {
+  uint32_t line;
+  uint32_t kind;
+  uint32_t fatal;
+  const char* text;
+} EDLWARNING;
+typedef void (*EDLWARNINGFN)(void* context, const EDLWARNING* warning);
 
 #ifdef __cplusplus
 extern "C" {
@@ -63,17 +81,26 @@ TCS_EXPORT uint32_t edlClose(void* handle);
 
 // Reads an EDL file into `space`, one _tcsAddEdlLine per event, in file
 // order; each record's hostTag is the file line number of its event line.
-// `settings` null: 30 frames per second, non-drop, unless the file says
-// otherwise (FCM: lines, this translator's frame rate note). Returns 0;
-// TCS_RESULT_NONE when the file cannot be opened or read;
-// TCS_ERR_BAD_ARGUMENTS at the first line that cannot be parsed: reading
-// stops there and the events before it stay added, except the event being
-// read when the bad line is not an event line (it may be one of its notes):
-// that event is not added. TCS_ERR_NULL_SPACE for a null space, or when
+// `settings` null: 30 frames per second, non-drop, tolerant, unless the file
+// says otherwise (FCM: lines, this translator's frame rate note). A line that
+// cannot be read is skipped with a warning and the rest is read: returns 0.
+// In strict mode (settings->strict) it returns TCS_ERR_BAD_ARGUMENTS at the
+// first such line: reading stops there and the events before it stay added,
+// except the event being read when the bad line is not an event line (it may
+// be one of its notes): that event is not added. TCS_RESULT_NONE when the
+// file cannot be opened or read; TCS_ERR_NULL_SPACE for a null space, or when
 // libtcspace is not loaded. Every problem, warnings included, is logged with
-// its line number.
+// its line number (warnings up to 100 a file).
 TCS_EXPORT uint32_t edlReadFile(CTimeCodeSpace* space, const char* path,
                                 const EDLSETTINGS* settings);
+
+// Reads an EDL held in memory (`size` bytes at `text`, NULs allowed) as
+// edlReadFile reads a file. With `onWarning` every warning goes to it, as
+// data, and none is logged; without, they are logged as edlReadFile logs
+// them. TCS_ERR_BAD_ARGUMENTS also for a null text with a nonzero size.
+TCS_EXPORT uint32_t edlReadText(CTimeCodeSpace* space, const char* text, size_t size,
+                                const EDLSETTINGS* settings, EDLWARNINGFN onWarning,
+                                void* context);
 
 #ifdef __cplusplus
 }  // extern "C"
@@ -83,6 +110,9 @@ static_assert(offsetof(EDLSETTINGS, revision) == 0);
 static_assert(offsetof(EDLSETTINGS, framesPerSecond) == 4);
 static_assert(offsetof(EDLSETTINGS, dropFrame) == 8);
 static_assert(offsetof(EDLSETTINGS, title) == 12);
+static_assert(offsetof(EDLSETTINGS, strict) == 268);
+static_assert(offsetof(EDLSETTINGS, keepRate) == 272);
+static_assert(sizeof(EDLWARNING) == 24 && offsetof(EDLWARNING, text) == 16);
 static_assert(offsetof(EDLSETTINGS, lineWord) == EDLSETTINGS_LINE_WORD_OFFSET);
 #endif
 

@@ -3,7 +3,8 @@
 #include <cstring>
 #include <string_view>
 
-#include "platform/edl_text_format.h"
+#include "cmx3600/writer.h"
+#include "platform/edl_rate.h"
 
 namespace tcs::translator {
 namespace {
@@ -26,6 +27,27 @@ std::string_view TitleOf(const char* path, const EDLSETTINGS* settings) {
   return name;
 }
 
+std::string_view View(const char* text) { return text == nullptr ? std::string_view() : text; }
+
+cmx3600::Event EventOf(const EDLLINE& line) {
+  cmx3600::Event event;
+  event.sourceIn = line.clip.sourceIn;
+  event.sourceOut = line.clip.sourceOut;
+  event.recordIn = line.recordIn;
+  event.recordOut = line.recordOut;
+  event.video = line.clip.videoMask;
+  event.audio = line.clip.audioMask;
+  event.transition = line.transition == EDLLINE_WIPE;
+  event.effectCode = line.effectCode;
+  event.effectDuration = line.effectDuration;
+  event.reel = View(line.clip.reel);
+  event.name = View(line.clip.name);
+  event.clipName = View(line.clip.clipName);
+  event.comment = View(line.clip.comment);
+  event.hasComment = line.clip.comment != nullptr;
+  return event;
+}
+
 }  // namespace
 
 EdlFileWriter* EdlFileWriter::Open(const char* path, uint32_t access, uint32_t creation,
@@ -33,15 +55,13 @@ EdlFileWriter* EdlFileWriter::Open(const char* path, uint32_t access, uint32_t c
   if (path == nullptr || (access & QV_GENERIC_WRITE) == 0) return nullptr;
   const QVHANDLE file = qvOSCreateFile(path, access, 0, nullptr, creation, 0, nullptr);
   if (file == QV_INVALID_HANDLE) return nullptr;
-  const TimecodeRate rate = settings == nullptr
-                                ? MakeRate(0, false)
-                                : MakeRate(settings->framesPerSecond, settings->dropFrame != 0);
+  const timecode::FrameRate rate = RateOf(settings);
   auto* writer = new EdlFileWriter(file, rate);
-  AppendHeader(writer->buffer_, TitleOf(path, settings), rate);
+  cmx3600::AppendHeader(writer->buffer_, TitleOf(path, settings), rate);
   return writer;
 }
 
-EdlFileWriter::EdlFileWriter(QVHANDLE file, TimecodeRate rate) : file_(file), rate_(rate) {
+EdlFileWriter::EdlFileWriter(QVHANDLE file, timecode::FrameRate rate) : file_(file), rate_(rate) {
   buffer_.reserve(kFlushSize * 2);
 }
 
@@ -51,7 +71,7 @@ EdlFileWriter::~EdlFileWriter() {
 
 bool EdlFileWriter::WriteLine(const EDLLINE& line) {
   if (failed_) return false;
-  AppendEvent(buffer_, line, ++events_, rate_);
+  cmx3600::AppendEvent(buffer_, EventOf(line), ++events_, rate_);
   return buffer_.size() < kFlushSize || Flush();
 }
 

@@ -10,9 +10,9 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/edl_text_timecode.h"
 #include "platform/edl_translator.h"
 #include "platform/qvos.h"
+#include "timecode/frame_rate.h"
 
 namespace tcs::translator {
 
@@ -33,11 +33,11 @@ class EdlFileWriter {
   bool Close();
 
  private:
-  EdlFileWriter(QVHANDLE file, TimecodeRate rate);
+  EdlFileWriter(QVHANDLE file, timecode::FrameRate rate);
   bool Flush();
 
   QVHANDLE file_;
-  const TimecodeRate rate_;
+  const timecode::FrameRate rate_;
   uint32_t events_ = 0;
   bool failed_ = false;
   std::string buffer_;

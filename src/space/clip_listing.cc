@@ -53,6 +53,21 @@ void FillRow(TCSCLIP& row, uint32_t channel, const CTCLookup::Node& pc) {
 
 }  // namespace
 
+void DescribeRecord(CClip& record, TCSCLIP& row) {
+  const CLIPINFO* info = &record;
+  row.channel = record.channel;
+  row.start = record.start;
+  row.length = record.length;
+  row.sourceIn = info->sourceIn;
+  row.sourceOut = info->sourceOut;
+  row.effectCode = record.effectCode;
+  row.effectDuration = record.effectDuration;
+  row.reserved = 0;
+  row.effectText = record.effectText;
+  row.clip = &record;
+  row.info = info;
+}
+
 ChannelSet ChannelsWithClips(CTimeCodeSpace& space) {
   SpaceLock guard(space);
   ChannelSet set;

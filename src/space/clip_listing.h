@@ -37,6 +37,9 @@ struct ListedClips {
 ListedClips ListClips(CTimeCodeSpace& space, uint32_t channel, uint32_t from, uint32_t to,
                       TCSCLIP* rows, uint32_t capacity);
 
+// The row of a record as it stands (its own range and transition).
+void DescribeRecord(CClip& record, TCSCLIP& row);
+
 }  // namespace tcs
 
 #endif  // TCS_SPACE_CLIP_LISTING_H_

@@ -59,6 +59,14 @@ TCS_EXPORT unsigned int tcsGetClips(CTimeCodeSpace* space, unsigned int channel,
                                     unsigned int capacity, unsigned int* count,
                                     unsigned int* next);
 
+// Describes a clip record the library handed out (a notification's record,
+// tcsTranslate's, a row's `clip`) as a row: its own range, source points,
+// transition, channel and CLIPINFO. The record must be one the library
+// handed out and has not yet deleted: the library cannot check that. For
+// hosts that cannot read CClip. TCS_ERR_BAD_ARGUMENTS for a null record or
+// row.
+TCS_EXPORT unsigned int tcsDescribeClip(CClip* clip, TCSCLIP* row);
+
 // Writes the name of `channel` ("V1".."V32" for 0..31, "A1".."A32" for
 // 32..63, "X1".."X32" for 64..95) into text, NUL included. Statuses:
 // TCS_ERR_BAD_ARGUMENTS for a channel of 96 or more, a null text or a size

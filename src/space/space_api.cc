@@ -140,6 +140,12 @@ unsigned int tcsGetClips(CTimeCodeSpace* space, unsigned int channel, unsigned i
   return TCS_OK;
 }
 
+unsigned int tcsDescribeClip(CClip* clip, TCSCLIP* row) {
+  if (clip == nullptr || row == nullptr) return tcs::LogStatus(TCS_ERR_BAD_ARGUMENTS);
+  tcs::DescribeRecord(*clip, *row);
+  return TCS_OK;
+}
+
 unsigned int tcsChannelName(unsigned int channel, char* text, unsigned int size) {
   const std::string name = tcs::ChannelSet::Name(channel);
   if (name.empty() || text == nullptr || size < 4) return tcs::LogStatus(TCS_ERR_BAD_ARGUMENTS);

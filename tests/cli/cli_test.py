@@ -183,11 +183,70 @@ class Tool(unittest.TestCase):
                              (malformed, "line 4")):
             for args in (["info", path], ["walk", path], ["at", path, "0"],
                          ["draw", path, "-o", keep], ["edit", path, "blank=V1,0,1", "-o", keep]):
-                self.assertFailsCleanly(tcs(*args), 1, needle, os.path.basename(path))
+                self.assertFailsCleanly(tcs(*args, "--strict"), 1, needle, os.path.basename(path))
         self.assertEqual(read(keep), "<old/>")
         self.assertEqual(sorted(os.listdir(self.dir)), ["bad.edl", "keep.svg"])
         self.assertFailsCleanly(tcs("draw", EXAMPLE, "-o", self.path("no/such/dir.svg")), 1,
                                 "dir.svg")
+
+    # Read tolerantly, a bad line is skipped and named once, under the path
+    # said once; --quiet shows none, --warnings all every one, --strict
+    # stops at the first.
+    def test_warnings_once_each_and_how_many(self):
+        lines = ["TITLE: SOME", "FCM: NON-DROP FRAME"]
+        for n in range(8):
+            lines.append("%03d  AX  V  C  00:00:00:00 00:00:01:00 %s %s" % (
+                n + 1, tc(30 * n), tc(30 * n + 30)))
+            lines.append("this is not an EDL line %d" % n)
+        edl = self.path("some.edl", "\n".join(lines) + "\n")
+        run = tcs("info", edl, "--json")
+        self.assertEqual(run.returncode, 0, run.stderr)
+        info = json.loads(run.stdout)
+        self.assertEqual((len(channel(info, "V1")), info["warnings"]), (8, 8))
+        self.assertEqual(run.stderr.count(edl), 1)
+        self.assertEqual(run.stderr.count("not an EDL line"), 5)
+        self.assertIn("line 4: not an EDL line", run.stderr)
+        self.assertIn("3 more", run.stderr)
+        every = tcs("info", edl, "--warnings", "all").stderr
+        self.assertEqual(every.count("not an EDL line"), 8)
+        self.assertIn("line 18: not an EDL line", every)
+        self.assertEqual(tcs("at", edl, "0", "--quiet").stderr, "")
+        self.assertEqual(tcs("walk", edl, "--warnings", "2").stderr.count("not an EDL line"), 2)
+        self.assertFailsCleanly(tcs("info", edl, "--strict"), 1, "line 4", "some.edl")
+        self.assertEqual(tcs("info", edl, "--warnings", "x").returncode, 2)
+
+    # Without --fps the rate comes from the file and is said; timecodes are
+    # taken as the file counts them, whatever separator is typed.
+    def test_rate_found_and_said(self):
+        key = "tests/data/edl/KEY_TRANSITION.edl"  # FCM: DROP FRAME over ':' timecodes
+        info = tcs_json("info", key)
+        self.assertEqual((info["fps"], info["dropFrame"], info["rateFrom"]),
+                         (30, True, "FCM: DROP FRAME"))
+        self.assertEqual(channel(info, "V1")[0]["recordIn"], "01:00:04;10")
+        for typed in ("01:00:04:10", "01:00:04;10"):
+            at = tcs_json("at", key, typed)
+            self.assertEqual(at["atFrame"], 107892 + 130, typed)
+        self.assertIn("(29.97 fps drop-frame, from FCM: DROP FRAME)", tcs("info", key).stdout)
+        pal = tcs_json("info", "tests/data/edl/test_24.edl")
+        self.assertEqual((pal["fps"], pal["rateFrom"]), (25, "frame fields up to 24"))
+        film = tcs_json("info", "tests/data/edl/cdl.edl", "--fps", "23.976")
+        self.assertEqual((film["fps"], film["rate"], film["rateFrom"]), (24, "23.976 fps", "--fps"))
+        # --fps 30 on a drop-frame list: counted and shown non-drop, as typed.
+        ndf = tcs_json("info", key, "--fps", "30")
+        self.assertEqual(channel(ndf, "V1")[0]["recordIn"], "01:00:04:10")
+        self.assertEqual(channel(ndf, "V1")[0]["recordInFrame"], 108000 + 130)
+        for rate in ("23.98", "29.97df", "59.94df", "48", "120"):
+            self.assertEqual(tcs("info", EXAMPLE, "--fps", rate).returncode, 0, rate)
+
+    # Names in bytes that are not UTF-8 are kept; the JSON stays UTF-8.
+    def test_names_that_are_not_utf8(self):
+        edl = self.path("latin.edl")
+        with open(edl, "wb") as f:
+            f.write(b"001  AX  V  C  00:00:00:00 00:00:01:00 00:00:00:00 00:00:01:00\n"
+                    b"* FROM CLIP NAME: caf\xe9 \xc3\xa9t\xc3\xa9\n")
+        out = subprocess.run([TCS, "info", edl, "--json"], capture_output=True, timeout=60).stdout
+        self.assertEqual(json.loads(out.decode("utf-8"))["channels"][0]["clips"][0]["name"],
+                         "caf\u00e9 \u00e9t\u00e9")
 
     # A long read shows progress on a terminal and nothing when piped.
     def test_progress_only_on_a_terminal(self):

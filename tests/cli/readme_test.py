@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 """Keeps the README honest: its C example is examples/host_example.c word for
 word, every command in a console block runs and prints what the README shows,
-and the picture a command draws there is the committed one.
+every python block runs and prints the text block that follows it (where
+TCS_PYTHONPATH names the built module), and the picture a command draws
+there is the committed one.
 
 Usage: readme_test.py TCS-BINARY HOST-EXAMPLE-BINARY [--update]
 (run from the source directory; --update rewrites the README's outputs and
@@ -38,6 +40,16 @@ def run_console(block, programs, scratch, pictures):
     return "\n".join(out) + "\n"
 
 
+def run_python(block, scratch):
+    """What a python block prints, run in the scratch folder."""
+    env = dict(os.environ, PYTHONPATH=os.path.abspath(os.environ["TCS_PYTHONPATH"]))
+    run = subprocess.run([os.environ.get("TCS_PYTHON", sys.executable), "-c", block], cwd=scratch,
+                         capture_output=True, text=True, timeout=60, env=env)
+    if run.returncode != 0:
+        raise SystemExit("README python block failed (%d):\n%s" % (run.returncode, run.stderr))
+    return run.stdout
+
+
 def main():
     update = "--update" in sys.argv
     tcs, host = (os.path.abspath(a) for a in sys.argv[1:3])
@@ -47,12 +59,19 @@ def main():
     scratch = tempfile.mkdtemp(prefix="tcs-readme-")
     try:
         shutil.copytree("examples", os.path.join(scratch, "examples"))
+        shutil.copy("examples/evening_news.edl", os.path.join(scratch, "cut.edl"))
+        printed = []  # what the last python block printed, for the text block after it
         os.mkdir(os.path.join(scratch, "docs"))
 
         def check(match):
             kind, body = match.group(1), match.group(2)
             fresh = {"c": lambda: host_source,
                      "console": lambda: run_console(body, programs, scratch, pictures)}
+            if kind == "python" and "TCS_PYTHONPATH" in os.environ:
+                printed.append(run_python(body, scratch))
+                return match.group(0)
+            if kind == "text" and printed:
+                fresh["text"] = printed.pop
             if kind not in fresh:
                 return match.group(0)
             now = fresh[kind]()

@@ -64,6 +64,11 @@ std::vector<Expected> List(CTimeCodeSpace* space, uint32_t channel, uint32_t fro
       if (row.clip != nullptr) {
         EXPECT_EQ(row.info, static_cast<const CLIPINFO*>(row.clip));
         EXPECT_EQ(row.effectCode, row.clip->effectCode);
+        TCSCLIP described;
+        EXPECT_EQ(tcsDescribeClip(row.clip, &described), 0u);
+        EXPECT_EQ(Of(described), Of(row));  // a play clip's range is its record's
+        EXPECT_EQ(described.channel, channel);
+        EXPECT_EQ(described.info, row.info);
       }
       out.push_back(Of(row));
     }

@@ -1,7 +1,10 @@
 // Option parsing shared by the subcommands.
 #include <algorithm>
+#include <charconv>
 
 #include "cli.h"
+#include "record/timecode.h"
+#include "timecode/timecode.h"
 
 namespace tcs::cli {
 
@@ -64,14 +67,35 @@ std::optional<std::string> Args::Value(std::string_view name) const {
 std::optional<FrameRate> Args::FpsOverride() const {
   const std::optional<std::string> text = Value("--fps");
   if (!text) return std::nullopt;
-  const std::optional<FrameRate> rate = ParseFrameRate(*text);
-  if (!rate) UsageFail("--fps " + *text + ": give frames per second (24, 25, 30, 29.97, ...)");
+  const std::optional<FrameRate> rate = timecode::ParseFrameRate(*text);
+  if (!rate) {
+    UsageFail("--fps " + *text +
+              ": give frames per second (24, 25, 30 ... 120, 23.976, 29.97, 29.97df, 59.94)");
+  }
   return rate;
+}
+
+ReadOptions Args::ReadOptions() const {
+  struct ReadOptions options;
+  options.strict = Has("--strict");
+  if (Has("--quiet")) options.shownWarnings = 0;
+  if (const std::optional<std::string> shown = Value("--warnings")) {
+    size_t count = 0;
+    const auto [end, error] = std::from_chars(shown->data(), shown->data() + shown->size(), count);
+    if (*shown == "all") {
+      options.shownWarnings = SIZE_MAX;
+    } else if (!shown->empty() && error == std::errc() && end == shown->data() + shown->size()) {
+      options.shownWarnings = count;
+    } else {
+      UsageFail("--warnings " + *shown + ": give a number or all");
+    }
+  }
+  return options;
 }
 
 uint32_t TimecodeArg(const std::string& text, FrameRate rate, const std::string& what) {
   std::string error;
-  const std::optional<uint32_t> frames = ParseTimecode(text, rate, &error);
+  const std::optional<uint32_t> frames = timecode::ParseTimecode(text, rate, kTimelineEnd, &error);
   if (!frames) UsageFail(what + ": " + error);
   return *frames;
 }

@@ -10,9 +10,11 @@
 #include <string_view>
 #include <vector>
 
-#include "timecode_text.h"
+#include "timecode/frame_rate.h"
 
 namespace tcs::cli {
+
+using timecode::FrameRate;
 
 // Exit statuses: 0 done, 1 the work failed (unreadable or malformed input, a
 // refused edit, an output that could not be written), 2 the command line is
@@ -31,6 +33,14 @@ class CliError : public std::runtime_error {
 
 [[noreturn]] void Fail(const std::string& message);       // exit status 1
 [[noreturn]] void UsageFail(const std::string& message);  // exit status 2
+
+// How an EDL is read: strict stops at the first line that cannot be read;
+// warnings shown: none (--quiet), every one (--warnings all), or the first
+// few and a count (the default, --warnings N for N of them).
+struct ReadOptions {
+  bool strict = false;
+  size_t shownWarnings = 5;
+};
 
 struct OptionSpec {
   const char* name;  // "--fps"
@@ -53,6 +63,8 @@ class Args {
 
   // --fps, when given, parsed.
   std::optional<FrameRate> FpsOverride() const;
+  // How a read treats the file's problems: --strict, --quiet, --warnings.
+  struct ReadOptions ReadOptions() const;
 
  private:
   bool help_ = false;

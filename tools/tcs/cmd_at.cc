@@ -21,7 +21,7 @@ struct Answer {
 }  // namespace
 
 int RunAt(const Args& args) {
-  const Timeline timeline(args.positional()[0], args.FpsOverride());
+  const Timeline timeline(args.positional()[0], args.FpsOverride(), args.ReadOptions());
   const uint32_t at = TimecodeArg(args.positional()[1], timeline.rate(), "timecode");
   std::vector<uint32_t> channels;
   if (const std::optional<std::string> text = args.Value("--channel")) {

@@ -16,7 +16,7 @@
 #include <iostream>
 
 #include "channels.h"
-#include "clips.h"
+#include "edit_request.h"
 #include "cli.h"
 #include "timeline.h"
 
@@ -59,95 +59,51 @@ ChannelMasks MasksArg(const std::string& text, const std::string& what) {
   return *ParseChannels(text);
 }
 
-TCSCMD NewRecord(uint32_t command, ChannelMasks masks) {
-  TCSCMD cmd{};
-  cmd.type = TCSCMD_TYPE;
-  cmd.size = sizeof cmd;
-  cmd.command = command;
-  cmd.videoMask = masks.video;
-  cmd.audioMask = masks.audio;
-  return cmd;
-}
+struct Form {
+  const char* kind;
+  host::EditKind edit;
+  size_t fields;
+  const char* usage;
+};
 
-// A trim or move needs a clip that starts exactly at `at` on every channel
-// of `masks`, and a ripple insert must not fall inside a clip: otherwise the
-// space would change nothing, silently.
-enum class AtRule { kClipStarts, kNotInsideClip };
-
-void RequireAt(const Timeline& timeline, ChannelMasks masks, uint32_t at, AtRule rule,
-               const std::string& what) {
-  for (const uint32_t c : MaskChannels(masks)) {
-    const std::optional<ClipView> clip = ClipAt(timeline.space(), c, at);
-    const bool starts = clip && clip->recordIn == at;
-    if (rule == AtRule::kClipStarts && !starts) {
-      Fail(what + ": no clip starts at " + timeline.Tc(at) + " on " + ChannelName(c));
-    }
-    if (rule == AtRule::kNotInsideClip && clip && !starts) {
-      Fail(what + ": " + timeline.Tc(at) + " lies inside a clip on " + ChannelName(c) +
-           " (" + clip->name + "); insert at a cut");
-    }
-  }
-}
+constexpr Form kForms[] = {
+    {"overwrite", host::EditKind::kOverwrite, 5, "overwrite=CH,AT,IN,OUT,NAME"},
+    {"insert", host::EditKind::kInsert, 3, "insert=CH,AT,DURATION"},
+    {"blank", host::EditKind::kBlank, 3, "blank=CH,FROM,TO"},
+    {"delete", host::EditKind::kDelete, 3, "delete=CH,FROM,TO"},
+    {"trim", host::EditKind::kTrim, 4, "trim=CH,AT,IN,OUT"},
+    {"move", host::EditKind::kMove, 3, "move=CH,AT,TO"},
+};
 
 TCSCMD Build(const Timeline& timeline, const std::string& text, const std::string& what) {
   const Op op = Split(text);
-  const FrameRate rate = timeline.rate();
-  const auto want = [&](size_t n, const char* form) {
-    if (op.fields.size() != n) UsageFail(what + ": write " + form);
-  };
-  const auto time = [&](size_t i) { return TimecodeArg(op.fields[i], rate, what); };
-  if (op.kind == "overwrite") {
-    want(5, "overwrite=CH,AT,IN,OUT,NAME");
-    TCSCMD cmd = NewRecord(TCSCMD_INSERT, MasksArg(op.fields[0], what));
-    cmd.flags = TCSF_TEXT | TCSF_POS | TCSF_IN | TCSF_OUT;
-    cmd.position = time(1);
-    cmd.inPoint = time(2);
-    cmd.outPoint = time(3);
-    if (cmd.outPoint <= cmd.inPoint) UsageFail(what + ": the source out point must follow the in point");
-    const std::string& name = op.fields[4];
-    if (name.empty() || name.size() >= sizeof cmd.longText) UsageFail(what + ": give the clip a name");
-    std::memcpy(cmd.longText, name.c_str(), name.size() + 1);
-    return cmd;
+  const Form* form = nullptr;
+  for (const Form& f : kForms) {
+    if (op.kind == f.kind) form = &f;
   }
-  if (op.kind == "insert") {
-    want(3, "insert=CH,AT,DURATION");
-    TCSCMD cmd = NewRecord(TCSCMD_INSERT, MasksArg(op.fields[0], what));
-    cmd.flags = TCSF_MARKS | TCSF_RIPPLE;
-    cmd.inPoint = cmd.position = time(1);
-    const uint32_t duration = time(2);
-    if (duration < 2) UsageFail(what + ": a gap is at least 2 frames long");
-    cmd.outPoint = cmd.inPoint + duration - 1;
-    RequireAt(timeline, {cmd.videoMask, cmd.audioMask}, cmd.position, AtRule::kNotInsideClip, what);
-    return cmd;
+  if (form == nullptr) {
+    UsageFail(what + ": unknown operation '" + op.kind +
+              "' (overwrite, insert, blank, delete, trim, move)");
   }
-  if (op.kind == "blank" || op.kind == "delete") {
-    want(3, op.kind == "blank" ? "blank=CH,FROM,TO" : "delete=CH,FROM,TO");
-    TCSCMD cmd = NewRecord(op.kind == "blank" ? TCSCMD_CLEAR : TCSCMD_DELETE,
-                           MasksArg(op.fields[0], what));
-    cmd.flags = TCSF_MARKS | (op.kind == "delete" ? TCSF_RIPPLE : 0);
-    cmd.inPoint = cmd.position = time(1);
-    cmd.outPoint = time(2);
-    if (cmd.outPoint <= cmd.inPoint) UsageFail(what + ": TO must follow FROM");
-    return cmd;
+  if (op.fields.size() != form->fields) UsageFail(what + ": write " + form->usage);
+  const ChannelMasks masks = MasksArg(op.fields[0], what);
+  host::EditRequest edit;
+  edit.kind = form->edit;
+  edit.videoMask = masks.video;
+  edit.audioMask = masks.audio;
+  uint32_t* const times[] = {&edit.a, &edit.b, &edit.c};
+  const size_t time_fields = form->edit == host::EditKind::kOverwrite ? 3 : form->fields - 1;
+  for (size_t i = 0; i < time_fields; ++i) {
+    *times[i] = TimecodeArg(op.fields[i + 1], timeline.rate(), what);
   }
-  if (op.kind == "trim" || op.kind == "move") {
-    const bool trim = op.kind == "trim";
-    want(trim ? 4 : 3, trim ? "trim=CH,AT,IN,OUT" : "move=CH,AT,TO");
-    TCSCMD cmd = NewRecord(TCSCMD_TRIM, MasksArg(op.fields[0], what));
-    cmd.position = time(1);
-    cmd.inPoint = time(2);
-    if (trim) {
-      cmd.flags = TCSF_POS | TCSF_IN | TCSF_OUT;
-      cmd.outPoint = time(3);
-      if (cmd.outPoint <= cmd.inPoint) UsageFail(what + ": the source out point must follow the in point");
-    } else {
-      cmd.flags = TCSF_POS | TCSF_AT;
-    }
-    RequireAt(timeline, {cmd.videoMask, cmd.audioMask}, cmd.position, AtRule::kClipStarts, what);
-    return cmd;
+  if (form->edit == host::EditKind::kOverwrite) edit.name = op.fields[4];
+  if (const std::optional<std::string> problem = host::Problem(edit)) {
+    UsageFail(what + ": " + *problem);
   }
-  UsageFail(what + ": unknown operation '" + op.kind +
-            "' (overwrite, insert, blank, delete, trim, move)");
+  if (const std::optional<host::SpaceProblem> problem = host::ProblemIn(timeline.space(), edit)) {
+    Fail(what + ": " + problem->Text(timeline.Tc(edit.a)));
+  }
+  return host::Record(edit);
 }
 
 }  // namespace
@@ -157,7 +113,7 @@ int RunEdit(const Args& args) {
   if (!out || out->empty()) UsageFail("give the file to write with -o OUT.edl");
   const std::vector<std::string>& positional = args.positional();
   if (positional.size() < 2) UsageFail("give at least one edit operation");
-  const Timeline timeline(positional[0], args.FpsOverride());
+  const Timeline timeline(positional[0], args.FpsOverride(), args.ReadOptions());
   for (size_t i = 1; i < positional.size(); ++i) {
     const std::string what = "operation " + std::to_string(i) + " (" + positional[i] + ")";
     TCSCMD cmd = Build(timeline, positional[i], what);

@@ -33,7 +33,8 @@ Totals TotalsOf(const std::vector<ChannelView>& channels) {
 }
 
 void PrintText(const Timeline& timeline, const std::vector<ChannelView>& channels) {
-  std::cout << timeline.path() << "  (" << FrameRateText(timeline.rate()) << ")\n";
+  std::cout << timeline.path() << "  (" << timecode::FrameRateText(timeline.rate()) << ", from "
+            << timeline.rateReason() << ")\n";
   for (const ChannelView& channel : channels) {
     std::cout << "\nchannel " << ChannelName(channel.channel) << " (" << channel.channel
               << "): " << channel.clips.size() << (channel.clips.size() == 1 ? " clip" : " clips")
@@ -67,6 +68,9 @@ void PrintJson(const Timeline& timeline, const std::vector<ChannelView>& channel
   json.Key("file").String(timeline.path());
   json.Key("fps").Number(timeline.rate().fps);
   json.Key("dropFrame").Bool(timeline.rate().dropFrame);
+  json.Key("rate").String(timecode::FrameRateText(timeline.rate()));
+  json.Key("rateFrom").String(timeline.rateReason());
+  json.Key("warnings").Number(timeline.warnings());
   json.Key("channels").BeginArray();
   for (const ChannelView& channel : channels) {
     json.BeginObject();
@@ -104,7 +108,7 @@ void PrintJson(const Timeline& timeline, const std::vector<ChannelView>& channel
 }  // namespace
 
 int RunInfo(const Args& args) {
-  const Timeline timeline(args.positional()[0], args.FpsOverride());
+  const Timeline timeline(args.positional()[0], args.FpsOverride(), args.ReadOptions());
   const std::vector<ChannelView> channels = ChannelsOf(timeline.space());
   if (args.Has("--json")) {
     PrintJson(timeline, channels);

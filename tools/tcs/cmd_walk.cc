@@ -50,7 +50,7 @@ std::vector<Event> Walk(CTimeCodeSpace* space) {
 }  // namespace
 
 int RunWalk(const Args& args) {
-  const Timeline timeline(args.positional()[0], args.FpsOverride());
+  const Timeline timeline(args.positional()[0], args.FpsOverride(), args.ReadOptions());
   const std::vector<Event> events = Walk(timeline.space());
   if (args.Has("--json")) {
     JsonWriter json(std::cout);

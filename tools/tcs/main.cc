@@ -10,27 +10,43 @@ namespace tcs::cli {
 namespace {
 
 constexpr char kTimes[] =
-    "Timecodes are HH:MM:SS:FF (HH:MM:SS;FF for drop-frame) or frame counts.\n"
-    "The rate is the file's own (its * TCS FRAME RATE: note, else 30 fps;\n"
-    "drop-frame when it says FCM: DROP FRAME) unless --fps RATE says otherwise\n"
-    "(24, 25, 30, 29.97, 60, ...).\n";
+    "Timecodes are HH:MM:SS:FF or frame counts, counted as the file counts them\n"
+    "(drop-frame where it says FCM: DROP FRAME, whichever separator is typed).\n"
+    "The rate is the file's own: its * TCS FRAME RATE: note; else 29.97 drop-frame\n"
+    "for FCM: DROP FRAME (59.94 where frames pass 29); else the highest frame\n"
+    "field bounds it (up to 23: 24, 24: 25, up to 29: 30, up to 59: 60). --fps RATE\n"
+    "says otherwise (24, 25, 30 ... 120, 23.976, 23.98, 29.97, 29.97df, 59.94).\n"
+    "A line that cannot be read is skipped with a warning (the first 5 are shown;\n"
+    "--warnings all or N shows more, --quiet none); --strict stops at it.\n";
 
-const std::vector<OptionSpec> kReadOptions = {{"--fps", true}, {"--json", false}};
+const std::vector<OptionSpec> kFileOptions = {
+    {"--fps", true}, {"--strict", false}, {"--quiet", false}, {"--warnings", true}};
+const std::vector<OptionSpec> kReadOptions = {{"--fps", true},    {"--json", false},
+                                              {"--strict", false}, {"--quiet", false},
+                                              {"--warnings", true}};
+
+std::vector<OptionSpec> ReadOptionsAnd(std::vector<OptionSpec> more,
+                                       const std::vector<OptionSpec>& base = kReadOptions) {
+  std::vector<OptionSpec> options = base;
+  options.insert(options.end(), more.begin(), more.end());
+  return options;
+}
 
 }  // namespace
 
 const std::vector<Command>& Commands() {
   static const std::vector<Command> commands = {
       {"info", "the clips of an EDL, a table per channel",
-       "usage: tcs info FILE.edl [--fps RATE] [--json]\n\n"
-       "Reads FILE.edl and prints, per channel, every clip's record in and out,\n"
-       "source in and out, transition, reel and name, then the totals.\n",
+       "usage: tcs info FILE.edl [--fps RATE] [--json] [--strict] [--quiet] [--warnings N|all]\n\n"
+       "Reads FILE.edl and prints the rate it is counted at and why, then, per\n"
+       "channel, every clip's record in and out, source in and out, transition,\n"
+       "reel and name, then the totals.\n",
        &RunInfo, kReadOptions, 1, 1},
       {"at", "what plays at a record timecode",
        "usage: tcs at FILE.edl TIMECODE [--channel CH] [--fps RATE] [--json]\n\n"
        "For every channel (or CH alone: V1..V32, A1..A32, X1..X32 or 0..95), the\n"
        "clip that plays at TIMECODE and the source timecode it plays there.\n",
-       &RunAt, {{"--fps", true}, {"--json", false}, {"--channel", true}}, 2, 2},
+       &RunAt, ReadOptionsAnd({{"--channel", true}}), 2, 2},
       {"edit", "apply edit operations and write the result",
        "usage: tcs edit FILE.edl OP... -o OUT.edl [--fps RATE]\n\n"
        "Applies each OP in turn, then writes OUT.edl (only when every OP succeeds).\n"
@@ -41,7 +57,7 @@ const std::vector<Command>& Commands() {
        "  delete=CH,FROM,TO            remove FROM..TO; later clips move back\n"
        "  trim=CH,AT,IN,OUT            the clip that starts at AT plays source IN..OUT\n"
        "  move=CH,AT,TO                the clip that starts at AT moves to start at TO\n",
-       &RunEdit, {{"--fps", true}, {"-o", true}}, 1, ~size_t{0}},
+       &RunEdit, ReadOptionsAnd({{"-o", true}}, kFileOptions), 1, ~size_t{0}},
       {"walk", "the event walk, one event a line",
        "usage: tcs walk FILE.edl [--fps RATE] [--json]\n\n"
        "Steps through the timeline event by event, as the EDL export does: an event\n"
@@ -52,7 +68,7 @@ const std::vector<Command>& Commands() {
        "usage: tcs draw FILE.edl -o PICTURE.svg [--fps RATE]\n\n"
        "One lane per channel, each clip a box at its record position with its name,\n"
        "transitions marked at the start of their clip, and a timecode ruler.\n",
-       &RunDraw, {{"--fps", true}, {"-o", true}}, 1, 1},
+       &RunDraw, ReadOptionsAnd({{"-o", true}}, kFileOptions), 1, 1},
       {"backups", "count or restore the numbered backups of a file",
        "usage: tcs backups FILE [--restore N]\n\n"
        "Counts the backups NAME.000.EXT, NAME.001.EXT, ... beside FILE (an unbroken\n"

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "channels.h"
+#include "timecode/timecode.h"
 
 namespace tcs::cli {
 namespace {
@@ -109,7 +110,7 @@ std::string TimelineSvg(const std::vector<ChannelView>& channels, FrameRate rate
     svg << "<line class=\"tick\" x1=\"" << Num(tx) << "\" y1=\"" << Num(kMargin + 18) << "\" x2=\""
         << Num(tx) << "\" y2=\"" << Num(height - kMargin) << "\"/>"
         << "<text x=\"" << Num(tx + 2) << "\" y=\"" << Num(kMargin + 14) << "\">"
-        << FormatTimecode(static_cast<uint32_t>(t), rate) << "</text>\n";
+        << timecode::TimecodeString(static_cast<uint32_t>(t), rate) << "</text>\n";
   }
   svg << "</g>\n";
 
@@ -125,9 +126,9 @@ std::string TimelineSvg(const std::vector<ChannelView>& channels, FrameRate rate
     for (const ClipView& clip : channel.clips) {
       const double cx = x(clip.recordIn);
       const double cw = std::max(1.0, (clip.recordOut - clip.recordIn) * scale);
-      svg << "<g><title>" << Escape(clip.name) << "  " << FormatTimecode(clip.recordIn, rate)
-          << " - " << FormatTimecode(clip.recordOut, rate) << "  source "
-          << FormatTimecode(clip.sourceIn, rate) << " - " << FormatTimecode(clip.sourceOut, rate)
+      svg << "<g><title>" << Escape(clip.name) << "  " << timecode::TimecodeString(clip.recordIn, rate)
+          << " - " << timecode::TimecodeString(clip.recordOut, rate) << "  source "
+          << timecode::TimecodeString(clip.sourceIn, rate) << " - " << timecode::TimecodeString(clip.sourceOut, rate)
           << (clip.reel.empty() ? "" : "  reel " + Escape(clip.reel)) << "  "
           << Escape(TransitionText(clip)) << "</title>"
           << "<rect class=\"clip " << kind << "\" x=\"" << Num(cx) << "\" y=\"" << Num(y + 2)

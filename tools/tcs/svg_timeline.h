@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "clips.h"
-#include "timecode_text.h"
+#include "cli.h"
 
 namespace tcs::cli {
 

@@ -1,23 +1,26 @@
-// Reading an EDL through the translator and writing one back, with the error
-// log captured so that a failure becomes one line naming the file.
+// Reading an EDL through the translator, from the file's bytes in memory, at
+// the rate its text gives (or --fps), with its warnings as data; and writing
+// one back, with the error log captured so that a failure becomes one line
+// naming the file.
 #include "timeline.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 #include <set>
 #include <tuple>
 
 #include "channels.h"
 #include "cli.h"
 #include "clips.h"
+#include "cmx3600/rate_scan.h"
 
 namespace tcs::cli {
 namespace {
@@ -25,75 +28,12 @@ namespace {
 // Files of at least this many events show progress while they are read.
 constexpr uint64_t kProgressEvents = 100000;
 constexpr uint64_t kProgressEvery = 4096;  // clips added between updates
-constexpr size_t kMaxWarnings = 5;
 
-struct FileScan {
-  uint32_t fps = 30;
-  bool dropFrame = false;
-  uint64_t events = 0;  // lines that start with an event number
-};
-
-// One pass over the file before the translator reads it: the rate its
-// "* TCS FRAME RATE:" note gives, whether its FCM line asks for drop-frame,
-// and how many event lines it holds.
-std::string Trim(const std::string& text) {
-  const size_t first = text.find_first_not_of(" \t\r");
-  if (first == std::string::npos) return "";
-  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
-
-FileScan Scan(const std::string& path) {
-  FileScan scan;
-  std::ifstream in(path);
-  std::string line;
-  while (std::getline(in, line)) {
-    const size_t first = line.find_first_not_of(" \t");
-    if (first == std::string::npos) continue;
-    if (line[first] >= '0' && line[first] <= '9') {
-      ++scan.events;
-    } else if (line.compare(first, 4, "FCM:") == 0) {
-      scan.dropFrame = line.find("DROP") != std::string::npos &&
-                       line.find("NON") == std::string::npos;
-    } else if (const size_t note = line.find("TCS FRAME RATE:"); note != std::string::npos &&
-                                                                 line[first] == '*') {
-      const std::optional<FrameRate> rate = ParseFrameRate(Trim(line.substr(note + 15)));
-      if (rate) scan.fps = rate->fps;
-    }
-  }
-  return scan;
-}
-
-// The first error of a failed read, put as "FILE: line N: what" when the
-// translator wrote it as "function(FILE) line N: what".
-std::string ReadFailure(const std::vector<std::string>& log, const std::string& path,
-                        uint32_t status) {
-  std::string message;
-  for (const std::string& line : log) {
-    if (line.rfind("WARNING", 0) != 0) {
-      message = line;
-      break;
-    }
-  }
-  const size_t open = message.find('(');
-  const bool named = open != std::string::npos && open > 0 &&
-                     std::all_of(message.begin(), message.begin() + open, [](char c) {
-                       return std::isalnum(static_cast<unsigned char>(c)) || c == '_';
-                     });
-  if (named) {
-    size_t close = message.find(") line ", open);
-    if (close == std::string::npos) close = message.find("): ", open);
-    if (close != std::string::npos) {
-      message = message.substr(open + 1, close - open - 1) + ": " +
-                message.substr(close + (message[close + 1] == ':' ? 3 : 2));
-    }
-  }
-  if (message.empty()) {
-    char code[32];
-    std::snprintf(code, sizeof code, "0x%X", status);
-    return path + ": not a readable EDL (status " + code + ")";
-  }
-  if (message.find(path) == std::string::npos) message = path + ": " + message;
-  return message;
+bool Slurp(const std::string& path, std::string& text) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) return false;
+  text.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  return !in.bad();
 }
 
 }  // namespace
@@ -116,21 +56,23 @@ std::string ErrorLogCapture::Joined() const {
   return joined;
 }
 
-Timeline::Timeline(const std::string& path, std::optional<FrameRate> rate) : path_(path) {
+Timeline::Timeline(const std::string& path, std::optional<FrameRate> rate,
+                   const ReadOptions& options)
+    : path_(path) {
   struct stat info;
   if (stat(path.c_str(), &info) != 0) Fail(path + ": " + std::strerror(errno));
   if (S_ISDIR(info.st_mode)) Fail(path + ": is a directory, not an EDL file");
-  if (FILE* probe = std::fopen(path.c_str(), "rb")) {
-    std::fclose(probe);
-  } else {
-    Fail(path + ": " + std::strerror(errno));
-  }
-  const FileScan scan = Scan(path);
-  rate_ = rate.value_or(FrameRate{scan.fps, scan.dropFrame && CanDropFrame(scan.fps)});
-  showProgress_ = isatty(2) && scan.events >= kProgressEvents;
+  std::string text;
+  if (!Slurp(path, text)) Fail(path + ": " + std::strerror(errno));
+  const cmx3600::RateScan scan = cmx3600::ScanRate(text);
+  rate_ = rate.value_or(scan.rate);
+  rateReason_ = rate ? "--fps" : cmx3600::RateReason(scan);
+  showProgress_ = isatty(2) && scan.eventLines >= kProgressEvents;
 
   EDLSETTINGS settings;
   edlInitSettings(&settings, rate_.fps, rate_.dropFrame ? 1 : 0);
+  settings.strict = options.strict ? 1 : 0;
+  settings.keepRate = rate ? 1 : 0;
   space_ = tcsOpen(nullptr, nullptr, nullptr);
   if (space_ == nullptr) Fail(path + ": no space could be opened");
   tcsSetAddCallback(space_, this, &OnAdd);
@@ -138,20 +80,47 @@ Timeline::Timeline(const std::string& path, std::optional<FrameRate> rate) : pat
   std::vector<std::string> log;
   {
     ErrorLogCapture capture;
-    status = edlReadFile(space_, path.c_str(), &settings);
+    status = edlReadText(space_, text.data(), text.size(), &settings, &OnWarning, this);
     log = capture.lines();
   }
   if (showProgress_) std::fprintf(stderr, "\r%60s\r", "");
+  // In line order: some are found only when the event they belong to ends.
+  std::stable_sort(warnings_.begin(), warnings_.end(),
+                   [](const Warning& a, const Warning& b) { return a.line < b.line; });
   if (status != 0) {
     tcsClose(space_);
     space_ = nullptr;
-    Fail(ReadFailure(log, path, status));
+    PrintWarnings(options.shownWarnings);
+    if (failure_) Fail(path + ": line " + std::to_string(failure_->line) + ": " + failure_->text);
+    char code[32];
+    std::snprintf(code, sizeof code, "0x%X", status);
+    Fail(path + ": not a readable EDL (status " + code + ")" +
+         (log.empty() ? std::string() : ": " + log.front()));
   }
-  for (size_t i = 0; i < log.size() && i < kMaxWarnings; ++i) {
-    std::fprintf(stderr, "tcs: warning: %s: %s\n", path.c_str(), log[i].c_str());
+  PrintWarnings(options.shownWarnings);
+}
+
+void Timeline::OnWarning(void* self, const EDLWARNING* warning) {
+  Timeline& timeline = *static_cast<Timeline*>(self);
+  Warning kept{warning->line, warning->text != nullptr ? warning->text : ""};
+  if (warning->fatal != 0) {
+    timeline.failure_ = std::move(kept);
+  } else {
+    timeline.warnings_.push_back(std::move(kept));
   }
-  if (log.size() > kMaxWarnings) {
-    std::fprintf(stderr, "tcs: warning: %s: %zu more\n", path.c_str(), log.size() - kMaxWarnings);
+}
+
+// Each warning once, the path said once above them.
+void Timeline::PrintWarnings(size_t shown) const {
+  if (warnings_.empty() || shown == 0) return;
+  const size_t count = warnings_.size();
+  std::fprintf(stderr, "tcs: warning: %s: %zu %s\n", path_.c_str(), count,
+               count == 1 ? "line not read as written" : "lines not read as written");
+  for (size_t i = 0; i < count && i < shown; ++i) {
+    std::fprintf(stderr, "  line %u: %s\n", warnings_[i].line, warnings_[i].text.c_str());
+  }
+  if (count > shown) {
+    std::fprintf(stderr, "  ... and %zu more (--warnings all shows them)\n", count - shown);
   }
 }
 
@@ -212,7 +181,8 @@ void CheckNothingLost(CTimeCodeSpace* space, const std::string& written,
   const ClipView& first = *lost.front();
   Fail(out + " not written: the EDL would lose " + std::to_string(lost.size()) +
        (lost.size() == 1 ? " clip" : " clips") + ", the first " + ChannelName(first.channel) +
-       " " + FormatTimecode(first.recordIn, rate) + "-" + FormatTimecode(first.recordOut, rate) +
+       " " + timecode::TimecodeString(first.recordIn, rate) + "-" +
+       timecode::TimecodeString(first.recordOut, rate) +
        " " + first.name + " (the export writes V1..V4 and A1..A16, event by event)");
 }
 

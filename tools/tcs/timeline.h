@@ -12,8 +12,9 @@
 #include <string>
 #include <vector>
 
+#include "cli.h"
 #include "tcs.h"
-#include "timecode_text.h"
+#include "timecode/timecode.h"
 
 namespace tcs::cli {
 
@@ -37,18 +38,20 @@ class ErrorLogCapture {
 
 class Timeline {
  public:
-  // Reads `path`; `rate` overrides the file's own rate (that of its
-  // "* TCS FRAME RATE:" note, else 30 frames per second; drop-frame when the
-  // file says "FCM: DROP FRAME").
-  Timeline(const std::string& path, std::optional<FrameRate> rate);
+  // Reads `path` and prints its warnings to stderr as `options` says; `rate`
+  // overrides the rate the file's own text gives (see cmx3600::ScanRate).
+  Timeline(const std::string& path, std::optional<FrameRate> rate, const ReadOptions& options);
   ~Timeline();
   Timeline(const Timeline&) = delete;
   Timeline& operator=(const Timeline&) = delete;
 
   CTimeCodeSpace* space() const { return space_; }
   FrameRate rate() const { return rate_; }
+  // Why the rate: "--fps", or what in the file gave it.
+  const std::string& rateReason() const { return rateReason_; }
+  size_t warnings() const { return warnings_.size(); }
   const std::string& path() const { return path_; }
-  std::string Tc(uint32_t frames) const { return FormatTimecode(frames, rate_); }
+  std::string Tc(uint32_t frames) const { return timecode::TimecodeString(frames, rate_); }
 
   // Writes the space as an EDL at `out`, at the file's rate. On failure
   // nothing is written and an existing file at `out` is left as it was.
@@ -56,9 +59,19 @@ class Timeline {
 
  private:
   static unsigned int OnAdd(void* self, CTimeCodeSpace* space, CClip* clip);
+  static void OnWarning(void* self, const EDLWARNING* warning);
+  void PrintWarnings(size_t shown) const;
+
+  struct Warning {
+    uint32_t line;
+    std::string text;
+  };
 
   std::string path_;
   FrameRate rate_;
+  std::string rateReason_;
+  std::vector<Warning> warnings_;
+  std::optional<Warning> failure_;  // where strict mode stopped
   CTimeCodeSpace* space_ = nullptr;
   uint64_t added_ = 0;
   bool showProgress_ = false;

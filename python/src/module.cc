@@ -1,0 +1,226 @@
+// The compiled part of `import tcspace`: spaces, clips, edits, the walk,
+// timecodes and files, over the library's C entry points.
+#include <pybind11/pybind11.h>
+#include <pybind11/stl.h>
+
+#include "rates.h"
+#include "space_object.h"
+#include "timeline_io.h"
+
+namespace py = pybind11;
+using namespace tcs::py_module;
+
+namespace {
+
+template <typename T, typename Fn>
+auto Live(Fn fn) {
+  return [fn](const Clip& clip) {
+    clip.RequireAlive();
+    return fn(clip);
+  };
+}
+
+void BindClip(py::module_& m) {
+  py::class_<Clip>(m, "Clip", R"doc(
+A clip as a channel plays it: where it plays, the source frames, the
+record's texts and the transition into it. Read-only. Reading any attribute
+once its record has left the space (an edit cut it away, or the space was
+closed) raises StaleClipError; `alive` tells without raising.)doc")
+      .def_property_readonly("channel", Live<Clip>([](const Clip& c) {
+                               char name[8] = "?";
+                               tcsChannelName(c.channel, name, sizeof name);
+                               return std::string(name);
+                             }),
+                             "The channel's name: 'V1'..'V32', 'A1'..'A32', 'X1'..'X32'.")
+      .def_property_readonly("channel_number", Live<Clip>([](const Clip& c) { return c.channel; }),
+                             "The channel as a number, 0..95.")
+      .def_property_readonly("record_in", Live<Clip>([](const Clip& c) {
+                               return Timecode{c.start, c.rate};
+                             }),
+                             "The first record frame it plays.")
+      .def_property_readonly("record_out", Live<Clip>([](const Clip& c) {
+                               return Timecode{c.start + c.length, c.rate};
+                             }),
+                             "One past the last record frame it plays.")
+      .def_property_readonly("length", Live<Clip>([](const Clip& c) { return c.length; }),
+                             "Record frames.")
+      .def_property_readonly("source_in", Live<Clip>([](const Clip& c) {
+                               return Timecode{c.source_in, c.rate};
+                             }),
+                             "The record's source in.")
+      .def_property_readonly("source_out", Live<Clip>([](const Clip& c) {
+                               return Timecode{c.source_out, c.rate};
+                             }),
+                             "The record's source out.")
+      .def_property_readonly("name", Live<Clip>([](const Clip& c) { return c.name; }))
+      .def_property_readonly("reel", Live<Clip>([](const Clip& c) { return c.reel; }))
+      .def_property_readonly("comment", Live<Clip>([](const Clip& c) { return c.comment; }))
+      .def_property_readonly("clip_name", Live<Clip>([](const Clip& c) { return c.clip_name; }),
+                             "The short name (at most 8 characters).")
+      .def_property_readonly("transition", Live<Clip>([](const Clip& c) { return c.transition; }),
+                             "The transition into the clip by name; '' for a cut.")
+      .def_property_readonly("transition_frames",
+                             Live<Clip>([](const Clip& c) { return c.transition_frames; }))
+      .def_property_readonly("transition_code",
+                             Live<Clip>([](const Clip& c) { return c.transition_code; }),
+                             "The transition's effect code; 0 for a cut.")
+      .def_property_readonly("alive", &Clip::Alive,
+                             "Whether the record still plays where it was listed.")
+      .def("__repr__", [](const Clip& c) {
+        char name[8] = "?";
+        tcsChannelName(c.channel, name, sizeof name);
+        return std::string("<tcspace.Clip ") + name + " " + Timecode{c.start, c.rate}.Text() +
+               "-" + Timecode{c.start + c.length, c.rate}.Text() + " '" + c.name + "'" +
+               (c.Alive() ? "" : " (stale)") + ">";
+      });
+
+  py::class_<Event>(m, "Event", "One event of the walk: a clip start with the clips of the "
+                                "same source that start with it on other channels.")
+      .def_readonly("record_in", &Event::record_in)
+      .def_readonly("record_out", &Event::record_out)
+      .def_readonly("source_in", &Event::source_in)
+      .def_readonly("source_out", &Event::source_out)
+      .def_readonly("channels", &Event::channels, "Channel names, video first.")
+      .def_readonly("name", &Event::name)
+      .def_readonly("transition", &Event::transition, "'' for a cut.")
+      .def("__repr__", [](const Event& e) {
+        std::string channels;
+        for (const std::string& c : e.channels) channels += (channels.empty() ? "" : "+") + c;
+        return "<tcspace.Event " + e.record_in.Text() + " " + channels + " '" + e.name + "'>";
+      });
+
+  py::class_<Playing>(m, "Playing", "What one channel plays at a record frame.")
+      .def_readonly("channel", &Playing::channel)
+      .def_readonly("clip", &Playing::clip, "The Clip, or None where nothing plays.")
+      .def_readonly("source", &Playing::source, "The source frame it plays, or None.")
+      .def("__repr__", [](const Playing& p) {
+        if (!p.clip) return "<tcspace.Playing " + p.channel + ": nothing>";
+        return "<tcspace.Playing " + p.channel + ": '" + p.clip->name + "' source " +
+               p.source->Text() + ">";
+      });
+}
+
+enum EditKind { kOverwrite, kInsert, kBlank, kDelete, kTrim, kMove };
+
+void BindSpaceClass(py::module_& m) {
+  const py::object none = py::none();
+  py::class_<Space>(m, "Space", R"doc(
+A time code space: up to 96 channels of clips laid out by record timecode.
+
+Space(fps=None) opens an empty space (30 frames per second unless fps says
+otherwise); tcspace.read(path) opens one holding a file. Use it in a with-
+block, or call close(): closing deletes every clip (on_delete hears of each).
+
+Channels are named 'V1'..'V32', 'A1'..'A32', 'X1'..'X32' (or numbered 0..95);
+an edit names several joined by '+' ('V1+A1'). Timecodes are text at the
+space's rate ('01:00:00:00', drop-frame '01:00:00;02'), frame counts, or
+Timecode objects. Edits are sent as the command records the tcs tool sends;
+a refused edit raises a TcsError. Safe to share between threads.)doc")
+      .def(py::init([](const py::object& fps) {
+             return std::make_unique<Space>(fps.is_none() ? FrameRate{} : RateArg(fps));
+           }),
+           py::arg("fps") = none)
+      .def("close", &Space::Close, "Deletes every clip and closes the space. Idempotent.")
+      .def_property_readonly("closed", &Space::closed)
+      .def_property_readonly("rate", [](const Space& s) { return s.state()->rate; },
+                             "The FrameRate timecodes are shown and read at.")
+      .def("__enter__", [](Space& s) -> Space& { return s; }, py::return_value_policy::reference)
+      .def("__exit__", [](Space& s, const py::args&) { s.Close(); })
+      .def("channels", &Space::Channels, "The names of the channels that hold clips.")
+      .def("clips", &Space::Clips, py::arg("channel"),
+           "Every clip of a channel in record order, each once.")
+      .def("at", &Space::At, py::arg("timecode"),
+           "What plays at a record timecode on every channel that holds clips.")
+      .def("events", &Space::Events,
+           "The event walk, as the EDL export steps it (it visits V1..V4 and A1..A16).")
+      .def(
+          "overwrite",
+          [](Space& s, const py::object& ch, const py::object& at, const py::tuple& source,
+             const std::string& name) {
+            if (source.size() != 2) throw py::value_error("source=(in, out)");
+            s.Edit(kOverwrite, ch, at, source[0], source[1], name);
+          },
+          py::arg("channels"), py::arg("at"), py::arg("source"), py::arg("name"),
+          "Lays source frames source=(in, out) of `name` over the channels from `at`.")
+      .def(
+          "insert",
+          [](Space& s, const py::object& ch, const py::object& at, const py::object& duration) {
+            s.Edit(kInsert, ch, at, duration, py::none(), "");
+          },
+          py::arg("channels"), py::arg("at"), py::arg("duration"),
+          "Opens a gap of `duration` frames at a cut; later clips move on (ripple).")
+      .def(
+          "blank",
+          [](Space& s, const py::object& ch, const py::object& from, const py::object& to) {
+            s.Edit(kBlank, ch, from, to, py::none(), "");
+          },
+          py::arg("channels"), py::arg("start"), py::arg("end"), "Clears [start, end), leaving a gap.")
+      .def(
+          "delete",
+          [](Space& s, const py::object& ch, const py::object& from, const py::object& to) {
+            s.Edit(kDelete, ch, from, to, py::none(), "");
+          },
+          py::arg("channels"), py::arg("start"), py::arg("end"),
+          "Removes [start, end); later clips move back (ripple).")
+      .def(
+          "trim",
+          [](Space& s, const py::object& ch, const py::object& at, const py::tuple& source) {
+            if (source.size() != 2) throw py::value_error("source=(in, out)");
+            s.Edit(kTrim, ch, at, source[0], source[1], "");
+          },
+          py::arg("channels"), py::arg("at"), py::arg("source"),
+          "The clip starting at `at` plays source=(in, out) instead.")
+      .def(
+          "move",
+          [](Space& s, const py::object& ch, const py::object& at, const py::object& to) {
+            s.Edit(kMove, ch, at, to, py::none(), "");
+          },
+          py::arg("channels"), py::arg("at"), py::arg("to"),
+          "The clip starting at `at` moves to start at `to`.")
+      .def_property(
+          "on_add", [](const Space& s) { return s.state()->on_add; },
+          [](Space& s, const py::object& fn) {
+            if (!fn.is_none() && !PyCallable_Check(fn.ptr())) throw py::type_error("on_add takes a callable or None");
+            s.state()->on_add = fn;
+          },
+          "Called with each Clip about to be added; returning False refuses it. An exception "
+          "in it is logged (as a RuntimeWarning) and counts as accepting.")
+      .def_property(
+          "on_delete", [](const Space& s) { return s.state()->on_delete; },
+          [](Space& s, const py::object& fn) {
+            if (!fn.is_none() && !PyCallable_Check(fn.ptr())) throw py::type_error("on_delete takes a callable or None");
+            s.state()->on_delete = fn;
+          },
+          "Called with each Clip as it leaves the space.")
+      .def("write", &WriteFile, py::arg("path"),
+           "Writes the space as a file; the format follows the extension.")
+      .def("__repr__", [](const Space& s) {
+        return std::string("<tcspace.Space ") + (s.closed() ? "closed" : "open") + " at " +
+               RateSpelling(s.state()->rate) + " fps>";
+      });
+}
+
+}  // namespace
+
+namespace tcs::py_module {
+
+void BindSpace(py::module_& m) {
+  BindClip(m);
+  BindSpaceClass(m);
+}
+
+}  // namespace tcs::py_module
+
+PYBIND11_MODULE(_tcspace, m) {
+  m.doc() = "The compiled core of tcspace; import tcspace instead.";
+  BindRates(m);
+  BindSpace(m);
+  m.def(
+      "read",
+      [](const std::string& path, const py::object& fps) {
+        return ReadFile(path, fps.is_none() ? std::nullopt : std::optional<FrameRate>(RateArg(fps)));
+      },
+      py::arg("path"), py::arg("fps") = py::none(),
+      "Opens a space holding the timeline of `path` (an EDL), at `fps` or the rate the file "
+      "gives.");
+}

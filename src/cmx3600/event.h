@@ -1,0 +1,41 @@
+// Event: one event of a CMX 3600 list as plain data, what the reader hands
+// out and the writer takes. Tracks are numbered from 1: bit n of `video` is
+// video track n + 1 (V, V2 ... V32), bit n of `audio` audio track n + 1 (A,
+// A2 ... A32). Texts are views; the reader's are valid for its sink call only
+// and each is followed by a NUL. Plain data.
+#ifndef TCS_CMX3600_EVENT_H_
+#define TCS_CMX3600_EVENT_H_
+
+#include <cstdint>
+#include <string_view>
+
+namespace tcs::cmx3600 {
+
+struct Event {
+  uint32_t number = 0;  // the event number as written
+  uint32_t line = 0;    // the file line of its event line (reader only)
+  uint32_t sourceIn = 0;
+  uint32_t sourceOut = 0;
+  uint32_t recordIn = 0;
+  uint32_t recordOut = 0;
+  uint32_t video = 0;
+  uint32_t audio = 0;
+  // A cut, or a transition into this event: code 0 is the dissolve (D), any
+  // other a wipe (Wnnn). A cut may carry a code and duration of its own,
+  // which only this codec's own note spells.
+  bool transition = false;
+  uint32_t effectCode = 0;
+  uint32_t effectDuration = 0;
+  bool key = false;  // read from a key line (K, K B, K O): placed as a cut
+  std::string_view reel;
+  std::string_view name;
+  std::string_view clipName;  // the short clip name of this codec's own note
+  std::string_view comment;   // lines joined by '\n'
+  bool hasComment = false;    // a comment was given, perhaps empty
+  // The outgoing clip's name of a two-line transition (reader only).
+  std::string_view outgoingName;
+};
+
+}  // namespace tcs::cmx3600
+
+#endif  // TCS_CMX3600_EVENT_H_

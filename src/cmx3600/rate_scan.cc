@@ -1,0 +1,67 @@
+#include "cmx3600/rate_scan.h"
+
+#include <algorithm>
+
+#include "cmx3600/line.h"
+
+namespace tcs::cmx3600 {
+
+RateScan ScanRate(std::string_view text) {
+  RateScan scan;
+  uint32_t own_fps = 0;
+  bool list_drop = false;  // the FCM: line above the first event
+  bool semicolon = false;
+  ForEachLine(text, [&](std::string_view raw) {
+    const LineClass line = ClassifyLine(raw);
+    if (line.kind == LineKind::kFrameCode && scan.eventLines == 0) {
+      list_drop = StartsWithUpper(line.body, "DROP");
+    } else if (line.kind == LineKind::kNote) {
+      std::string_view value;
+      if (LabelOf(line.body, value) == NoteLabel::kOwnRate) {
+        uint32_t fps = 0;
+        for (char c : value) {
+          if (c < '0' || c > '9' || fps > timecode::kMaxFps) break;
+          fps = fps * 10 + uint32_t(c - '0');
+        }
+        if (fps != 0 && fps <= timecode::kMaxFps) own_fps = fps;
+      }
+    } else if (line.kind == LineKind::kEvent) {
+      EventFields fields;
+      if (ParseEventLine(line.body, fields) == nullptr && !fields.frameCounts) {
+        ++scan.eventLines;
+        for (int i = 0; i < 4; ++i) scan.highestFrame = std::max(scan.highestFrame, fields.times[i].frames);
+        semicolon |= fields.times[2].semicolon || fields.times[3].semicolon;
+      }
+    }
+    return true;
+  });
+  if (own_fps != 0) {
+    scan.source = RateSource::kOwnNote;
+    scan.rate = timecode::MakeFrameRate(own_fps, list_drop);
+  } else if (list_drop || semicolon) {
+    scan.source = RateSource::kDropFrame;
+    scan.rate = timecode::MakeFrameRate(scan.highestFrame > 29 ? 60 : 30, true);
+  } else if (scan.eventLines != 0) {
+    scan.source = RateSource::kFrameFields;
+    const uint32_t f = scan.highestFrame;
+    const uint32_t fps = f <= 23 ? 24 : f == 24 ? 25 : f <= 29 ? 30 : f <= 59 ? 60 : f + 1;
+    scan.rate = timecode::MakeFrameRate(std::min(fps, timecode::kMaxFps), false);
+  }
+  return scan;
+}
+
+std::string RateReason(const RateScan& scan) {
+  switch (scan.source) {
+    case RateSource::kOwnNote:
+      return "its * TCS FRAME RATE: note";
+    case RateSource::kDropFrame:
+      return scan.rate.fps == 60 ? "FCM: DROP FRAME, frame fields past 29" : "FCM: DROP FRAME";
+    case RateSource::kFrameFields:
+      return "frame fields up to " + std::to_string(scan.highestFrame);
+    case RateSource::kNoEvents:
+      break;
+  }
+  return "no event line to go by";
+}
+
+}  // namespace tcs::cmx3600

@@ -1,0 +1,212 @@
+#include "cmx3600/writer.h"
+
+#include <cstring>
+
+#include "cmx3600/tracks.h"
+#include "timecode/timecode.h"
+
+namespace tcs::cmx3600 {
+namespace {
+
+constexpr std::string_view kLineEnd = "\r\n";
+// CMX 3600 columns: a reel of eight, then the track field, edit type and
+// duration in fields of four, four and three.
+constexpr size_t kReelWidth = 8;
+constexpr uint32_t kMaxCode = 999;
+constexpr uint32_t kMaxDuration = 999;
+
+void AppendNumber(std::string& out, uint64_t value, size_t min_width) {
+  char digits[24];
+  size_t n = 0;
+  do {
+    digits[n++] = char('0' + value % 10);
+    value /= 10;
+  } while (value > 0);
+  while (n < min_width) digits[n++] = '0';
+  while (n > 0) out += digits[--n];
+}
+
+void AppendPadded(std::string& out, std::string_view text, size_t width) {
+  out.append(text);
+  if (text.size() < width) out.append(width - text.size(), ' ');
+}
+
+void AppendTimecode(std::string& out, uint32_t frames, timecode::FrameRate rate) {
+  char text[timecode::kMaxTimecodeText];
+  out.append(text, timecode::FormatTimecode(frames, rate, text));
+}
+
+// Text on one line: control characters become blanks.
+void AppendFlat(std::string& out, std::string_view text) {
+  for (char c : text) out += (static_cast<unsigned char>(c) < 0x20) ? ' ' : c;
+}
+
+void AppendNote(std::string& out, std::string_view label, std::string_view value) {
+  out += "* ";
+  out.append(label);
+  if (!value.empty()) {
+    out += ' ';
+    AppendFlat(out, value);
+  }
+  out.append(kLineEnd);
+}
+
+// A name the FROM CLIP NAME note carries as it is. Control characters would
+// come back as blanks and blanks at either end not at all, and names decide
+// which clips an export joins into one event, so such a name also goes on a
+// TCS NAME note that keeps every byte.
+bool PlainName(std::string_view name) {
+  if (name.front() == ' ' || name.back() == ' ') return false;
+  for (char c : name) {
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) return false;
+  }
+  return true;
+}
+
+// `\\` for a backslash; `\xHH` for a control character and for a blank at
+// either end.
+void AppendEscaped(std::string& out, std::string_view text) {
+  static constexpr char kHex[] = "0123456789ABCDEF";
+  for (size_t i = 0; i < text.size(); ++i) {
+    const auto c = static_cast<unsigned char>(text[i]);
+    const bool edge_blank = c == ' ' && (i == 0 || i + 1 == text.size());
+    if (c == '\\') {
+      out += "\\\\";
+    } else if (c < 0x20 || c == 0x7F || edge_blank) {
+      out += "\\x";
+      out += kHex[c >> 4];
+      out += kHex[c & 0xF];
+    } else {
+      out += char(c);
+    }
+  }
+}
+
+// A reel the event line can carry as it is: one to eight visible characters.
+bool PlainReel(std::string_view reel) {
+  if (reel.empty() || reel.size() > kReelWidth) return false;
+  for (char c : reel) {
+    if (static_cast<unsigned char>(c) <= 0x20 || c == 0x7F) return false;
+  }
+  return true;
+}
+
+void AppendTracksNote(std::string& out, const TrackSpelling& tracks) {
+  out += "* TCS TRACKS:";
+  char name[4];
+  for (unsigned bit = 0; bit < 32; ++bit) {
+    if ((tracks.extraVideo >> bit) & 1u) {
+      out += ' ';
+      out.append(name, TrackName(false, bit, name));
+    }
+  }
+  for (unsigned bit = 0; bit < 32; ++bit) {
+    if ((tracks.extraAudio >> bit) & 1u) {
+      out += ' ';
+      out.append(name, TrackName(true, bit, name));
+    }
+  }
+  out.append(kLineEnd);
+}
+
+}  // namespace
+
+void AppendHeader(std::string& out, std::string_view title, timecode::FrameRate rate) {
+  out += "TITLE: ";
+  AppendFlat(out, title);
+  out.append(kLineEnd);
+  out += rate.dropFrame ? "FCM: DROP FRAME" : "FCM: NON-DROP FRAME";
+  out.append(kLineEnd);
+  out += "* TCS FRAME RATE: ";
+  AppendNumber(out, rate.fps, 1);
+  out.append(kLineEnd);
+  out.append(kLineEnd);
+}
+
+void AppendEvent(std::string& out, const Event& line, uint32_t number, timecode::FrameRate rate) {
+  const Event& clip = line;
+  const std::string_view reel = clip.reel;
+  const bool plain_reel = PlainReel(reel);
+  const TrackSpelling tracks = SpellTracks(clip.video, clip.audio);
+  const bool wipe = line.transition;
+  const bool own_effect = wipe ? (line.effectCode > kMaxCode || line.effectDuration > kMaxDuration)
+                               : (line.effectCode != 0 || line.effectDuration != 0);
+
+  AppendNumber(out, number, 3);
+  out += "  ";
+  if (plain_reel) {
+    AppendPadded(out, reel, kReelWidth);
+  } else if (reel.empty()) {
+    AppendPadded(out, "AX", kReelWidth);
+  } else {
+    // Blanks would split the reel in two for every reader.
+    const size_t from = out.size();
+    AppendFlat(out, reel.substr(0, kReelWidth));
+    for (size_t i = from; i < out.size(); ++i) {
+      if (out[i] == ' ' || out[i] == 0x7F) out[i] = '_';
+    }
+    out.append(kReelWidth - (out.size() - from), ' ');
+  }
+  out += ' ';
+  AppendPadded(out, tracks.field, 4);
+  out += "  ";
+  if (!wipe) {
+    out += "C        ";
+  } else {
+    if (line.effectCode == 0) {
+      out += "D    ";
+    } else {
+      out += 'W';
+      AppendNumber(out, line.effectCode > kMaxCode ? kMaxCode : line.effectCode, 3);
+      out += ' ';
+    }
+    AppendNumber(out, line.effectDuration > kMaxDuration ? kMaxDuration : line.effectDuration, 3);
+    out += ' ';
+  }
+  AppendTimecode(out, clip.sourceIn, rate);
+  out += ' ';
+  AppendTimecode(out, clip.sourceOut, rate);
+  out += ' ';
+  AppendTimecode(out, line.recordIn, rate);
+  out += ' ';
+  AppendTimecode(out, line.recordOut, rate);
+  out.append(kLineEnd);
+
+  if (tracks.aud3 || tracks.aud4) {
+    out += tracks.aud3 ? "AUD   3" : "AUD    ";
+    if (tracks.aud4) out += "   4";
+    out.append(kLineEnd);
+  }
+  const std::string_view name = clip.name;
+  if (!name.empty()) AppendNote(out, "FROM CLIP NAME:", name);
+  if (!clip.comment.empty()) {
+    std::string_view rest = clip.comment;
+    while (true) {
+      const size_t end = rest.find('\n');
+      std::string_view text = rest.substr(0, end);
+      if (text.ends_with('\r')) text.remove_suffix(1);
+      AppendNote(out, "COMMENT:", text);
+      if (end == std::string_view::npos) break;
+      rest.remove_prefix(end + 1);
+    }
+  }
+  if (tracks.extraVideo != 0 || tracks.extraAudio != 0) AppendTracksNote(out, tracks);
+  if (!clip.clipName.empty()) {
+    AppendNote(out, "TCS CLIP:", clip.clipName);
+  }
+  if (!plain_reel) AppendNote(out, "TCS REEL:", reel);
+  if (!name.empty() && !PlainName(name)) {
+    out += "* TCS NAME: ";
+    AppendEscaped(out, name);
+    out.append(kLineEnd);
+  }
+  if (own_effect) {
+    out += "* TCS EFFECT: ";
+    AppendNumber(out, line.effectCode, 1);
+    out += ' ';
+    AppendNumber(out, line.effectDuration, 1);
+    out.append(kLineEnd);
+  }
+}
+
+}  // namespace tcs::cmx3600

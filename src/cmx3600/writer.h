@@ -1,0 +1,29 @@
+// The text of a CMX 3600 list as this codec writes it: CMX 3600 event
+// lines in fixed columns, CR LF line ends, and notes (lines starting with
+// '*', which other readers skip) for what an event line cannot carry. The
+// notes of this codec's own start with "* TCS "; docs/edl-conventions.md
+// lists them. Pure functions; safe from any thread.
+#ifndef TCS_CMX3600_WRITER_H_
+#define TCS_CMX3600_WRITER_H_
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "cmx3600/event.h"
+#include "timecode/frame_rate.h"
+
+namespace tcs::cmx3600 {
+
+// Appends the TITLE:, FCM: and frame rate lines and a blank line.
+void AppendHeader(std::string& out, std::string_view title, timecode::FrameRate rate);
+
+// Appends the lines of one event numbered `number`: the event line, an AUD
+// line for audio tracks 3 and 4, FROM CLIP NAME:, one COMMENT: line per line
+// of the comment, and the translator's own notes where needed. Appends only:
+// a caller that reuses `out` allocates nothing once it has grown.
+void AppendEvent(std::string& out, const Event& event, uint32_t number, timecode::FrameRate rate);
+
+}  // namespace tcs::cmx3600
+
+#endif  // TCS_CMX3600_WRITER_H_

@@ -1,0 +1,92 @@
+// The translator's read from memory: the reader's events reach the space,
+// its warnings reach the caller's callback as data (and the log only without
+// one), strict mode stops where the text cannot be read, and the space's own
+// rules (the timeline's end, the name an export carries) are applied and
+// said.
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "support/log_capture.h"
+#include "support/test_clips.h"
+#include "tcs.h"
+
+namespace {
+
+struct Seen {
+  std::vector<EDLWARNING> warnings;  // texts not kept
+  std::vector<std::string> texts;
+  std::vector<std::string> names;    // of the clips added
+};
+
+void OnWarning(void* context, const EDLWARNING* warning) {
+  auto& seen = *static_cast<Seen*>(context);
+  seen.warnings.push_back(*warning);
+  seen.texts.emplace_back(warning->text);
+}
+
+unsigned int OnAdd(void* context, CTimeCodeSpace*, CClip* clip) {
+  static_cast<Seen*>(context)->names.emplace_back(clip->name != nullptr ? clip->name : "");
+  return 0;
+}
+
+uint32_t ReadText(const std::string& text, const EDLSETTINGS* settings, Seen& seen, bool callback) {
+  tcs_test::OpenedSpace space;
+  tcsSetAddCallback(space.get(), &seen, &OnAdd);
+  return edlReadText(space.get(), text.data(), text.size(), settings,
+                     callback ? &OnWarning : nullptr, &seen);
+}
+
+TEST(EdlReadText, WarningsAsDataStrictModeAndTheSpacesRules) {
+  const std::string text =
+      "001  AX  V  C  00:00:00:00 00:00:01:00 00:00:00:00 00:00:01:00\n"
+      "* FROM CLIP NAME: " + std::string(5000, 'n') + "\n"
+      "not an EDL line\n"
+      "002  AX  V  C  00:00:00:00 00:00:10:00 98:59:59:00 99:00:09:00\n";
+  Seen seen;
+  {
+    tcs_test::LogCapture log;
+    EXPECT_EQ(ReadText(text, nullptr, seen, true), 0u);
+    EXPECT_TRUE(log.Lines().empty());
+  }
+  ASSERT_EQ(seen.names.size(), 2u);
+  EXPECT_EQ(seen.names[0], std::string(EDLLINE_NAME_MAX, 'n'));
+  // An event's own warnings come when it ends, at the next event line.
+  const std::vector<std::pair<uint32_t, uint32_t>> expected = {{3, 1}, {1, 20}, {4, 19}};
+  std::vector<std::pair<uint32_t, uint32_t>> got;
+  for (const EDLWARNING& w : seen.warnings) {
+    got.emplace_back(w.line, w.kind);
+    EXPECT_EQ(w.fatal, 0u);
+  }
+  EXPECT_EQ(got, expected);
+  EXPECT_EQ(seen.texts[0], "not an EDL line: skipped");
+
+  // Strict: the warning that stops the read is marked, and the event the bad
+  // line may belong to is not added; without a callback the stop is logged
+  // as edlReadFile logs it.
+  EDLSETTINGS strict;
+  edlInitSettings(&strict, 30, 0);
+  strict.strict = 1;
+  Seen stopped;
+  EXPECT_EQ(ReadText(text, &strict, stopped, true), TCS_ERR_BAD_ARGUMENTS);
+  EXPECT_TRUE(stopped.names.empty());
+  ASSERT_EQ(stopped.warnings.size(), 1u);
+  EXPECT_EQ(stopped.warnings[0].line, 3u);
+  EXPECT_EQ(stopped.warnings[0].fatal, 1u);
+  Seen logged;
+  tcs_test::LogCapture log;
+  EXPECT_EQ(ReadText(text, &strict, logged, false), TCS_ERR_BAD_ARGUMENTS);
+  ASSERT_EQ(log.Lines().size(), 1u);
+  EXPECT_NE(log.Lines()[0].find("edlReadText line 3: not an EDL line"), std::string::npos)
+      << log.Lines()[0];
+
+  EXPECT_EQ(edlReadText(nullptr, text.data(), text.size(), nullptr, nullptr, nullptr),
+            TCS_ERR_NULL_SPACE);
+  tcs_test::OpenedSpace space;
+  EXPECT_EQ(edlReadText(space.get(), nullptr, 4, nullptr, nullptr, nullptr), TCS_ERR_BAD_ARGUMENTS);
+  EXPECT_EQ(edlReadText(space.get(), nullptr, 0, nullptr, nullptr, nullptr), 0u);
+}
+
+}  // namespace
