@@ -11,16 +11,13 @@
 #include <fstream>
 #include <string>
 
-#include <nlohmann/json.hpp>
-
+#include "otio/json_text.h"
 #include "otio/otio.h"
 #include "otio/source_file.h"
 #include "tcs.h"
 
 namespace tcs::otio {
 namespace {
-
-using Ordered = nlohmann::ordered_json;
 
 constexpr unsigned int kBatch = 256;
 
@@ -65,27 +62,38 @@ std::vector<Row> ChannelRows(CTimeCodeSpace* space, uint32_t channel) {
   return rows;
 }
 
+// Writes the document's objects; every time at one rate.
 class Writer {
  public:
-  Writer(const WriteOptions& options, WriteResult& result)
-      : rate_(RateValue(options.rate)), result_(result) {}
+  Writer(JsonText& json, double rate, WriteResult& result)
+      : json_(json), rate_(rate), result_(result) {}
 
-  Ordered Time(double frames) const {
-    return Ordered{{"OTIO_SCHEMA", "RationalTime.1"}, {"rate", rate_}, {"value", frames}};
+  void Time(std::string_view key, double frames) {
+    json_.Key(key).BeginObject();
+    json_.Field("OTIO_SCHEMA", "RationalTime.1").Key("rate").Double(rate_);
+    json_.Key("value").Double(frames).EndObject();
   }
-  Ordered Range(double start, double duration) const {
-    return Ordered{{"OTIO_SCHEMA", "TimeRange.1"},
-                   {"duration", Time(duration)},
-                   {"start_time", Time(start)}};
+  void Range(std::string_view key, double start, double duration) {
+    json_.Key(key).BeginObject().Field("OTIO_SCHEMA", "TimeRange.1");
+    Time("duration", duration);
+    Time("start_time", start);
+    json_.EndObject();
+  }
+  // The fields every item has after its metadata and name.
+  void ItemTail() {
+    json_.Key("effects").BeginArray().EndArray();
+    json_.Key("markers").BeginArray().EndArray();
+    json_.Key("enabled").Bool(true);
   }
 
-  Ordered Track(uint32_t channel, const std::vector<Row>& rows, uint32_t origin);
+  void Track(uint32_t channel, const std::vector<Row>& rows, uint32_t origin);
 
  private:
-  Ordered Clip(const Row& row, uint32_t length) const;
-  Ordered Gap(uint32_t length) const;
-  Ordered Transition(const Row& row) const;
+  void Clip(const Row& row, uint32_t length);
+  void Gap(uint32_t length);
+  void Transition(const Row& row);
 
+  JsonText& json_;
   double rate_;
   WriteResult& result_;
 };
@@ -102,59 +110,71 @@ std::vector<std::string> Lines(const std::string& text) {
   return lines;
 }
 
-Ordered Writer::Clip(const Row& row, uint32_t length) const {
-  Ordered cmx = Ordered::object();
-  if (!row.reel.empty()) cmx["reel"] = row.reel;
-  if (!row.comment.empty()) cmx["comments"] = Lines(row.comment);
-  Ordered metadata = Ordered::object();
-  if (!cmx.empty()) metadata["cmx_3600"] = cmx;
-  if (!row.clipName.empty()) metadata["tcspace"] = Ordered{{"clip_name", row.clipName}};
-
+void Writer::Clip(const Row& row, uint32_t length) {
+  json_.BeginObject().Field("OTIO_SCHEMA", "Clip.2");
+  json_.Key("metadata").BeginObject();
+  if (!row.reel.empty() || !row.comment.empty()) {
+    json_.Key("cmx_3600").BeginObject();
+    if (!row.reel.empty()) json_.Field("reel", row.reel);
+    if (!row.comment.empty()) {
+      json_.Key("comments").BeginArray();
+      for (const std::string& line : Lines(row.comment)) json_.String(line);
+      json_.EndArray();
+    }
+    json_.EndObject();
+  }
+  if (!row.clipName.empty()) {
+    json_.Key("tcspace").BeginObject().Field("clip_name", row.clipName).EndObject();
+  }
+  json_.EndObject();
+  json_.Field("name", row.name);
+  Range("source_range", row.sourceIn, length);
+  ItemTail();
   const std::string file = SourceFileOf(row.comment);
-  Ordered reference{{"OTIO_SCHEMA", file.empty() ? "MissingReference.1" : "ExternalReference.1"},
-                    {"metadata", Ordered::object()},
-                    {"name", ""},
-                    {"available_range", nullptr}};
-  if (!file.empty()) reference["target_url"] = file;
-  return Ordered{{"OTIO_SCHEMA", "Clip.2"},
-                 {"metadata", metadata},
-                 {"name", row.name},
-                 {"source_range", Range(row.sourceIn, length)},
-                 {"effects", Ordered::array()},
-                 {"markers", Ordered::array()},
-                 {"enabled", true},
-                 {"media_references", Ordered{{"DEFAULT_MEDIA", reference}}},
-                 {"active_media_reference_key", "DEFAULT_MEDIA"}};
+  json_.Key("media_references").BeginObject().Key("DEFAULT_MEDIA").BeginObject();
+  json_.Field("OTIO_SCHEMA", file.empty() ? "MissingReference.1" : "ExternalReference.1");
+  json_.Key("metadata").BeginObject().EndObject().Field("name", "");
+  json_.Key("available_range").Null();
+  if (!file.empty()) json_.Field("target_url", file);
+  json_.EndObject().EndObject();
+  json_.Field("active_media_reference_key", "DEFAULT_MEDIA").EndObject();
 }
 
-Ordered Writer::Gap(uint32_t length) const {
-  return Ordered{{"OTIO_SCHEMA", "Gap.1"},     {"metadata", Ordered::object()},
-                 {"name", ""},                 {"source_range", Range(0, length)},
-                 {"effects", Ordered::array()}, {"markers", Ordered::array()},
-                 {"enabled", true}};
+void Writer::Gap(uint32_t length) {
+  json_.BeginObject().Field("OTIO_SCHEMA", "Gap.1");
+  json_.Key("metadata").BeginObject().EndObject().Field("name", "");
+  Range("source_range", 0, length);
+  ItemTail();
+  json_.EndObject();
 }
 
 // A transition into `row`, wholly after the cut: in_offset 0, so the clips
 // before and after it stay where they are.
-Ordered Writer::Transition(const Row& row) const {
+void Writer::Transition(const Row& row) {
   char code[16];
   if (row.effectCode == 0) {
     std::snprintf(code, sizeof code, "D");
   } else {
     std::snprintf(code, sizeof code, "W%03u", row.effectCode);
   }
-  return Ordered{{"OTIO_SCHEMA", "Transition.1"},
-                 {"metadata", Ordered{{"cmx_3600", Ordered{{"transition", code}}}}},
-                 {"name", row.effectText},
-                 {"in_offset", Time(0)},
-                 {"out_offset", Time(row.effectDuration)},
-                 {"transition_type", row.effectCode == 0 ? "SMPTE_Dissolve" : "SMPTE_Wipe"}};
+  json_.BeginObject().Field("OTIO_SCHEMA", "Transition.1");
+  json_.Key("metadata").BeginObject().Key("cmx_3600").BeginObject();
+  json_.Field("transition", code).EndObject().EndObject();
+  json_.Field("name", row.effectText);
+  Time("in_offset", 0);
+  Time("out_offset", row.effectDuration);
+  json_.Field("transition_type", row.effectCode == 0 ? "SMPTE_Dissolve" : "SMPTE_Wipe");
+  json_.EndObject();
 }
 
-Ordered Writer::Track(uint32_t channel, const std::vector<Row>& rows, uint32_t origin) {
+void Writer::Track(uint32_t channel, const std::vector<Row>& rows, uint32_t origin) {
   char name[8];
   tcsChannelName(channel, name, sizeof name);
-  Ordered children = Ordered::array();
+  json_.BeginObject().Field("OTIO_SCHEMA", "Track.1");
+  json_.Key("metadata").BeginObject().EndObject().Field("name", name);
+  json_.Key("source_range").Null();
+  ItemTail();
+  json_.Key("children").BeginArray();
   uint32_t at = origin;
   for (size_t i = 0; i < rows.size(); ++i) {
     const Row& row = rows[i];
@@ -167,21 +187,14 @@ Ordered Writer::Track(uint32_t channel, const std::vector<Row>& rows, uint32_t o
                                   std::string(name) + ": cut at frame " +
                                       std::to_string(rows[i + 1].start) + " where the next clip starts"});
     }
-    if (row.start > at) children.push_back(Gap(row.start - at));
-    if (!row.effectText.empty() && row.effectDuration > 0) children.push_back(Transition(row));
-    children.push_back(Clip(row, length));
+    if (row.start > at) Gap(row.start - at);
+    if (!row.effectText.empty() && row.effectDuration > 0) Transition(row);
+    Clip(row, length);
     at = row.start + length;
     ++result_.clips;
   }
-  return Ordered{{"OTIO_SCHEMA", "Track.1"},
-                 {"metadata", Ordered::object()},
-                 {"name", name},
-                 {"source_range", nullptr},
-                 {"effects", Ordered::array()},
-                 {"markers", Ordered::array()},
-                 {"enabled", true},
-                 {"children", children},
-                 {"kind", channel >= 32 && channel < 64 ? "Audio" : "Video"}};
+  json_.EndArray();
+  json_.Field("kind", channel >= 32 && channel < 64 ? "Audio" : "Video").EndObject();
 }
 
 WriteResult Fail(Status status, const std::string& message) {
@@ -189,6 +202,21 @@ WriteResult Fail(Status status, const std::string& message) {
   result.status = status;
   result.error = message;
   return result;
+}
+
+// The first record frame of any channel in `masks`.
+uint32_t Origin(CTimeCodeSpace* space, const unsigned int masks[3]) {
+  uint32_t origin = TCS_NO_TIMECODE;
+  for (uint32_t channel = 0; channel < 96; ++channel) {
+    if ((masks[channel / 32] >> (channel % 32) & 1u) == 0) continue;
+    TCSCLIP first;
+    unsigned int count = 0, next = 0;
+    if (tcsGetClips(space, channel, 0, TCS_NO_TIMECODE, &first, 1, &count, &next) == TCS_OK &&
+        count == 1) {
+      origin = std::min(origin, first.start);
+    }
+  }
+  return origin == TCS_NO_TIMECODE ? 0 : origin;
 }
 
 }  // namespace
@@ -200,39 +228,31 @@ WriteResult WriteOtioText(CTimeCodeSpace* space, const WriteOptions& options, st
     return Fail(Status::kSpaceRefused, "the space is not open");
   }
   WriteResult result;
-  std::vector<std::pair<uint32_t, std::vector<Row>>> channels;
-  uint32_t origin = TCS_NO_TIMECODE;
+  const uint32_t origin = Origin(space, masks);
+  std::string text;
+  JsonText json(text);
+  Writer writer(json, RateValue(options.rate), result);
+  json.BeginObject().Field("OTIO_SCHEMA", "Timeline.1");
+  json.Key("metadata").BeginObject().Key("tcspace").BeginObject();
+  json.Key("fps").Unsigned(options.rate.fps).Key("drop_frame").Bool(options.rate.dropFrame);
+  json.EndObject().EndObject();
+  json.Field("name", options.name);
+  writer.Time("global_start_time", origin);
+  json.Key("tracks").BeginObject().Field("OTIO_SCHEMA", "Stack.1");
+  json.Key("metadata").BeginObject().EndObject().Field("name", "tracks");
+  json.Key("source_range").Null();
+  writer.ItemTail();
+  json.Key("children").BeginArray();
   for (uint32_t channel = 0; channel < 96; ++channel) {
     if ((masks[channel / 32] >> (channel % 32) & 1u) == 0) continue;
-    std::vector<Row> rows = ChannelRows(space, channel);
+    const std::vector<Row> rows = ChannelRows(space, channel);
     if (rows.empty()) continue;
-    origin = std::min(origin, rows.front().start);
-    channels.emplace_back(channel, std::move(rows));
+    writer.Track(channel, rows, origin);
+    ++result.tracks;
   }
-  if (origin == TCS_NO_TIMECODE) origin = 0;
-
-  Writer writer(options, result);
-  Ordered tracks = Ordered::array();
-  for (const auto& [channel, rows] : channels) tracks.push_back(writer.Track(channel, rows, origin));
-  result.tracks = static_cast<uint32_t>(channels.size());
-  Ordered own{{"fps", options.rate.fps}, {"drop_frame", options.rate.dropFrame}};
-  Ordered timeline{
-      {"OTIO_SCHEMA", "Timeline.1"},
-      {"metadata", Ordered{{"tcspace", own}}},
-      {"name", options.name},
-      {"global_start_time", writer.Time(origin)},
-      {"tracks", Ordered{{"OTIO_SCHEMA", "Stack.1"},
-                         {"metadata", Ordered::object()},
-                         {"name", "tracks"},
-                         {"source_range", nullptr},
-                         {"effects", Ordered::array()},
-                         {"markers", Ordered::array()},
-                         {"enabled", true},
-                         {"children", tracks}}}};
-  // Texts that are not UTF-8 (names from old lists) are written with the
-  // replacement character rather than refused.
-  *out = timeline.dump(4, ' ', false, Ordered::error_handler_t::replace);
-  *out += '\n';
+  json.EndArray().EndObject().EndObject();
+  text += '\n';
+  *out = std::move(text);
   return result;
 }
 

@@ -23,7 +23,8 @@ using tcs_test::Dice;
 using tcs_test::OpenedSpace;
 
 const char* const kTexts[] = {"", "interview", "Straße über", "a \"quoted\" name", "tab\there",
-                              "SOURCE FILE: /media/a.mov", "line one\nline two", "日本語"};
+                              "SOURCE FILE: /media/a.mov", "line one\nline two", "日本語",
+                              "bell\x07 and \\ back", "source file:   /lower/case.mov"};
 
 std::string Pick(Dice& dice) { return kTexts[dice(0, std::size(kTexts) - 1)]; }
 

@@ -110,6 +110,19 @@ TEST(OtioWriter, TheDocumentHasTheSchemasTheChannelsAndExactRates) {
   }
 }
 
+TEST(OtioWriter, TextsThatAreNotUtf8AreWrittenWithTheReplacementCharacter) {
+  OpenedSpace space;
+  // Latin-1 from an old list, a cut-off sequence, an overlong slash, a surrogate.
+  tcs_test::LayClip(space.get(), {0, 0, 10, 0, 0, 0, "caf\xE9", "\xE2\x82", "a\xC0\xAF" "b", "\xED\xA0\x80"});
+  std::string text;
+  ASSERT_EQ(tcs::otio::WriteOtioText(space.get(), {}, &text).status, tcs::otio::Status::kOk);
+  const Json clip = Json::parse(text)["tracks"]["children"][0]["children"][0];
+  EXPECT_EQ(clip["name"], "caf\uFFFD");
+  EXPECT_EQ(clip["metadata"]["cmx_3600"]["reel"], "\uFFFD\uFFFD");
+  EXPECT_EQ(clip["metadata"]["cmx_3600"]["comments"][0], "a\uFFFD\uFFFDb");
+  EXPECT_EQ(clip["metadata"]["tcspace"]["clip_name"], "\uFFFD\uFFFD\uFFFD");
+}
+
 TEST(OtioWriter, ClipsThatOverlapOnAChannelAreCutWhereTheNextStarts) {
   OpenedSpace space;
   auto longer = tcs_test::MakeClip(0, 100, 0, "long");
