@@ -34,8 +34,12 @@ std::string Comments(const Json& cmx) {
   if (comments == nullptr) return comment;
   if (comments->is_string()) return comments->get<std::string>();
   if (!comments->is_array()) return comment;
+  bool first = true;
   for (const Json& line : *comments) {
-    if (line.is_string()) AddLine(comment, line.get<std::string>());
+    if (!line.is_string()) continue;
+    if (!first) comment += '\n';
+    comment += line.get_ref<const std::string&>();
+    first = false;
   }
   return comment;
 }

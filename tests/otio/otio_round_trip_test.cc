@@ -24,7 +24,8 @@ using tcs_test::OpenedSpace;
 
 const char* const kTexts[] = {"", "interview", "Straße über", "a \"quoted\" name", "tab\there",
                               "SOURCE FILE: /media/a.mov", "line one\nline two", "日本語",
-                              "bell\x07 and \\ back", "source file:   /lower/case.mov"};
+                              "bell\x07 and \\ back", "source file:   /lower/case.mov",
+                              "\nafter a blank line", "before a blank line\n\n"};
 
 std::string Pick(Dice& dice) { return kTexts[dice(0, std::size(kTexts) - 1)]; }
 
