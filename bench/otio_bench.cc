@@ -1,8 +1,9 @@
 // OpenTimelineIO interchange at 100,000 clips on three tracks (V1, A1, A2,
 // one clip in three on each, back to back with a gap every tenth clip and a
 // dissolve every seventh): writing the space as .otio text, reading that
-// text into a fresh space, and beside them the JSON parse alone (the share
-// of reading that is nlohmann's). Then the two conversions a user makes:
+// text into a fresh space, and beside them the JSON parse alone into
+// nlohmann's plain document on the heap (the reader parses into its own
+// arena instead). Then the two conversions a user makes:
 // an EDL file to .otio text (edlReadFile, then the writer) and .otio text to
 // an EDL file (the reader, then tcsWriteEdl). Items are clips.
 #include <benchmark/benchmark.h>

@@ -9,11 +9,19 @@
 #include <string>
 #include <string_view>
 
+#include <cstdint>
+#include <map>
 #include <nlohmann/json.hpp>
+#include <vector>
+
+#include "otio/json_arena.h"
 
 namespace tcs::otio {
 
-using Json = nlohmann::json;
+// A parsed document, its maps and vectors taken from the thread's JsonArena
+// while one is in scope.
+using Json = nlohmann::basic_json<std::map, std::vector, std::string, bool, std::int64_t,
+                                  std::uint64_t, double, ArenaAllocator>;
 
 struct Schema {
   std::string name;  // "Clip"

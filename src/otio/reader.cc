@@ -172,6 +172,9 @@ ReadResult ReadOtioText(CTimeCodeSpace* space, std::string_view text, const Read
   if (tcsGetChannels(space, &masks[0], &masks[1], &masks[2]) != TCS_OK) {
     return Fail(Status::kSpaceRefused, "the space is not open");
   }
+  // Every value of the document lives in the arena and dies before it.
+  JsonArena arena;
+  JsonArena::Scope scope(arena);
   Json document;
   try {
     document = Json::parse(text.begin(), text.end());
