@@ -145,7 +145,47 @@ TEST(OtioReader, SpeedEffectsAndWhatTheSpaceCannotHoldAreWarnedByName) {
       {"held", "freeze frame not kept: the clip plays at normal speed"},
       {"muted", "disabled clip read as a gap"},
       {"blurred", "effect \"Blur\" not kept"},
-      {"widget", "FancyWidget not read"}};
+      {"widget", "FancyWidget not read"},
+      {"V1", "marker \"chapter\" not kept: only clips keep markers"}};
+  EXPECT_EQ(Warnings(read), warnings);
+}
+
+TEST(OtioReader, WhatTheSpacesTimelineCannotHoldIsCutOrLeftOutWithAWarning) {
+  // At 25 frames per second the space's last start, frame 10692000, is
+  // 118:48:00:00; the timeline starts 5 frames before frame 0.
+  const std::string text = R"({"OTIO_SCHEMA": "Timeline.1",
+    "global_start_time": {"OTIO_SCHEMA": "RationalTime.1", "rate": 25, "value": -5},
+    "tracks": {"OTIO_SCHEMA": "Stack.1", "children": [{"OTIO_SCHEMA": "Track.1", "name": "V1",
+      "children": [
+        {"OTIO_SCHEMA": "Clip.2", "name": "early", "source_range": {"OTIO_SCHEMA": "TimeRange.1",
+          "start_time": {"OTIO_SCHEMA": "RationalTime.1", "rate": 25, "value": 100},
+          "duration": {"OTIO_SCHEMA": "RationalTime.1", "rate": 25, "value": 12}}},
+        {"OTIO_SCHEMA": "Clip.2", "name": "thin", "source_range": {"OTIO_SCHEMA": "TimeRange.1",
+          "start_time": {"OTIO_SCHEMA": "RationalTime.1", "rate": 100, "value": 0},
+          "duration": {"OTIO_SCHEMA": "RationalTime.1", "rate": 100, "value": 1}}},
+        {"OTIO_SCHEMA": "Gap.1", "source_range": {"OTIO_SCHEMA": "TimeRange.1",
+          "start_time": {"OTIO_SCHEMA": "RationalTime.1", "rate": 25, "value": 0},
+          "duration": {"OTIO_SCHEMA": "RationalTime.1", "rate": 25, "value": 10691990}}},
+        {"OTIO_SCHEMA": "Clip.2", "name": "late", "source_range": {"OTIO_SCHEMA": "TimeRange.1",
+          "start_time": {"OTIO_SCHEMA": "RationalTime.1", "rate": 25, "value": -3},
+          "duration": {"OTIO_SCHEMA": "RationalTime.1", "rate": 25, "value": 20}}},
+        {"OTIO_SCHEMA": "Clip.2", "name": "beyond", "source_range": {"OTIO_SCHEMA": "TimeRange.1",
+          "start_time": {"OTIO_SCHEMA": "RationalTime.1", "rate": 25, "value": 0},
+          "duration": {"OTIO_SCHEMA": "RationalTime.1", "rate": 25, "value": 5}}}]}]}})";
+  OpenedSpace space;
+  const ReadResult read = tcs::otio::ReadOtioText(space.get(), text);
+  ASSERT_EQ(read.status, Status::kOk) << read.error;
+  // early: frames -5..6 -> 0..6, its source moved on by 5. thin: 0.25 of a
+  // frame at 7 -> nothing. late: 10691997..10692016, cut to end at
+  // 10692001; its source from -3 -> 0. beyond starts past the last start.
+  EXPECT_EQ(tcs_test::AllClips(space.get()),
+            (std::vector<ClipRow>{Row(0, 0, 7, 105, "early"), Row(0, 10691997, 10692001, 0, "late")}));
+  const std::vector<std::pair<std::string, std::string>> warnings = {
+      {"early", "starts before frame 0: cut"},
+      {"thin", "shorter than a frame at the timeline's rate: not read"},
+      {"late", "runs past the end of the space's timeline: cut"},
+      {"late", "source starts before frame 0: read from frame 0"},
+      {"beyond", "outside the space's timeline (frames 0 to 10692000): not read"}};
   EXPECT_EQ(Warnings(read), warnings);
 }
 

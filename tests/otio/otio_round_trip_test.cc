@@ -6,12 +6,16 @@
 // TCS_OTIO_SEED and TCS_OTIO_RUNS override the seeds.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include "otio/otio.h"
 #include "otio/otio_space.h"
+#include "support/log_capture.h"
 #include "support/random_channel.h"
+#include "support/temp_dir.h"
 #include "support/test_clips.h"
 #include "tcs.h"
 
@@ -114,6 +118,34 @@ TEST(OtioRoundTrip, AuxChannelsComeBackOnFreeVideoChannelsWithAWarning) {
   EXPECT_EQ(back[1].length, 40u);
   EXPECT_EQ(back[1].sourceIn, 7u);
   EXPECT_EQ(back[1].name, "aux");
+}
+
+TEST(OtioRoundTrip, ThroughAFileAndAFailedWriteLeavesTheFileAsItWas) {
+  tcs_test::TempDir dir;
+  const std::string path = dir.File("cut.otio");
+  OpenedSpace space;
+  tcs_test::LayClip(space.get(), {33, 250, 75, 1000, 0, 0, "theme", "MUSIC", "", ""});
+  ASSERT_EQ(tcs::otio::WriteOtioFile(space.get(), path, {{25, false, false}, "cut"}).status,
+            tcs::otio::Status::kOk);
+  const std::string written = tcs_test::ReadFile(path);
+  OpenedSpace copy;
+  const tcs::otio::ReadResult read = tcs::otio::ReadOtioFile(copy.get(), path);
+  ASSERT_EQ(read.status, tcs::otio::Status::kOk) << read.error;
+  EXPECT_EQ(read.rate.fps, 25u);
+  EXPECT_EQ(tcs_test::AllClips(copy.get()), tcs_test::AllClips(space.get()));
+
+  // A write that fails (the space is gone) leaves the file and no stray
+  // temporary beside it.
+  CTimeCodeSpace* closed = tcsOpen(nullptr, nullptr, nullptr);
+  tcsClose(closed);
+  {
+    tcs_test::LogCapture log;
+    EXPECT_EQ(tcs::otio::WriteOtioFile(closed, path, {}).status, tcs::otio::Status::kSpaceRefused);
+  }
+  EXPECT_EQ(tcs_test::ReadFile(path), written);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()),
+                          std::filesystem::directory_iterator()),
+            1);
 }
 
 }  // namespace
