@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "clip_type.h"
 #include "edit_request.h"
 #include "library_call.h"
 
@@ -125,6 +126,7 @@ Space::Space(FrameRate rate) : state_(std::make_shared<SpaceState>()) {
 Space::~Space() {
   // A space collected without close() tells Python nothing more: no Python
   // code runs from a destructor.
+  state_->listening = false;
   state_->on_add = py::none();
   state_->on_delete = py::none();
   try {
@@ -153,6 +155,7 @@ CTimeCodeSpace* Space::Handle(const char* what) const {
 
 unsigned int Space::OnAdd(void* context, CTimeCodeSpace*, CClip* clip) {
   auto* state = static_cast<SpaceState*>(context);
+  if (!state->listening.load()) return 0;
   py::gil_scoped_acquire gil;
   if (!state->on_add || state->on_add.is_none()) return 0;
   TCSCLIP row;
@@ -167,6 +170,7 @@ unsigned int Space::OnAdd(void* context, CTimeCodeSpace*, CClip* clip) {
 
 unsigned int Space::OnDelete(void* context, CTimeCodeSpace*, CClip* clip) {
   auto* state = static_cast<SpaceState*>(context);
+  if (!state->listening.load()) return 0;
   py::gil_scoped_acquire gil;
   if (!state->on_delete || state->on_delete.is_none()) return 0;
   TCSCLIP row;
