@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <iterator>
 #include <map>
@@ -87,7 +88,12 @@ TEST(BackupRestore, MatchesTheModel) {
           folder.Write(before);
           const std::string own = folder.File(kOwn);
           EXPECT_EQ(tcs::CountBackups(own.c_str()), static_cast<uint32_t>(run));
-          char restored[4096] = "untouched";
+          // A host's buffer holds whatever it held before: the name must
+          // bring its own terminating zero.
+          char restored[4096];
+          std::memset(restored, '#', sizeof restored - 1);
+          restored[sizeof restored - 1] = '\0';
+          std::memcpy(restored, "untouched", 10);
           tcs_test::LogCapture log;
           EXPECT_EQ(tcs::RestoreBackup(own.c_str(), n, restored), kNone);
           EXPECT_EQ(folder.Read(), ModelRestore(before, n));
