@@ -165,7 +165,9 @@ std::optional<Outcome> RestoreInReadOnlyFolder(const std::string& folder, const 
   close(pipe_ends[1]);
   std::string report;
   char buffer[4096];
-  for (ssize_t got; (got = read(pipe_ends[0], buffer, sizeof buffer)) > 0;) report.append(buffer, got);
+  for (ssize_t got; (got = read(pipe_ends[0], buffer, sizeof buffer)) > 0;) {
+    report.append(buffer, got);
+  }
   close(pipe_ends[0]);
   int status = 0;
   if (child < 0 || waitpid(child, &status, 0) != child || !WIFEXITED(status) ||

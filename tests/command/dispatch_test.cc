@@ -121,7 +121,8 @@ TEST(Dispatch, WalkStepsKeepOrFreshenTheirMarks) {
         if (walk->position != 0xFFFFFFFFu) events.emplace_back(start, walk->videoMask);
       }
       if (sub == TCSSUB_NEXT) {
-        EXPECT_EQ(events, (std::vector<std::pair<uint32_t, uint32_t>>{{100, 1}, {100, 3}, {200, 1}}));
+        const std::vector<std::pair<uint32_t, uint32_t>> each_once = {{100, 1}, {100, 3}, {200, 1}};
+        EXPECT_EQ(events, each_once);
         EXPECT_EQ(walk->position, 0xFFFFFFFFu);
       } else {
         // Back and forth between the two channels at 100.
