@@ -89,7 +89,8 @@ TEST(QvOSFile, CreationDispositions) {
 
 // Positions past 4 GB go through the high half, both ways; a position from
 // the current one moves on from it; an unknown method moves nothing. A read
-// on a handle opened for writing only fails and says it read nothing.
+// on a handle opened for writing only, and a write on one opened for reading
+// only, fail and say they moved nothing.
 TEST(QvOSFile, LargePositionsAndFailedCalls) {
   tcs_test::TempDir dir;
   const std::string name = dir.File("f");
@@ -114,6 +115,13 @@ TEST(QvOSFile, LargePositionsAndFailedCalls) {
   char byte = 0;
   done = 7;
   EXPECT_EQ(qvOSReadFile(h, &byte, 1, &done, nullptr), 0);
+  EXPECT_EQ(done, 0u);
+  EXPECT_EQ(qvOSGetLastError(), static_cast<uint32_t>(EBADF));
+  EXPECT_NE(qvOSCloseFile(h), 0);
+  h = qvOSCreateFile(name.c_str(), QV_GENERIC_READ, 0, nullptr, QV_OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(h, QV_INVALID_HANDLE);
+  done = 7;
+  EXPECT_EQ(qvOSWriteFile(h, "y", 1, &done, nullptr), 0);
   EXPECT_EQ(done, 0u);
   EXPECT_EQ(qvOSGetLastError(), static_cast<uint32_t>(EBADF));
   EXPECT_NE(qvOSCloseFile(h), 0);
