@@ -147,6 +147,7 @@ std::optional<Outcome> RestoreInReadOnlyFolder(const std::string& folder, const 
                                            std::filesystem::perms::others_exec);
   int pipe_ends[2];
   if (pipe(pipe_ends) != 0) return std::nullopt;
+  std::fflush(nullptr);  // or the child would print what is buffered again
   const pid_t child = fork();
   if (child == 0) {
     close(pipe_ends[0]);

@@ -119,8 +119,8 @@ TEST(LookupEdit, RippleDeleteOnAChannelOfManyPlayClips) {
 // to the space, in start order, once: off the list and through the delete
 // notification. A record it does not play stays listed.
 TEST(LookupEdit, ALookupDeletedOnItsOwnHandsBackItsRecords) {
+  tcs_test::NotificationLog log;  // outlives the space, which reports the kept record
   tcs_test::OpenedSpace space;
-  tcs_test::NotificationLog log;
   log.Install(space.get());
   tcs::SpaceLock guard(*space);
   auto lookup = std::make_unique<CTCLookup>(space.get());
