@@ -80,6 +80,9 @@ class TCS_EXPORT CTCLookup {
   // start (and, with a single play clip, always) it still returns the first
   // play clip, so callers test containment themselves. end() only when empty.
   Position findle(uint32_t t) const;
+  // As findle(t), looking first at `hint` (any position of this lookup, or
+  // end()) and its neighbours: a search near its last answer makes no descent.
+  Position findle(uint32_t t, Position hint) const;
   // The play clip containing t, else the first one starting after t, else end().
   Position findge(uint32_t t) const;
   // The play clip containing t, else end(). Only findle(t) is examined.
@@ -94,6 +97,8 @@ class TCS_EXPORT CTCLookup {
   // search settled on (end() when none), which the other form copies out
   // whatever the result; a source-frame result may still read 0x80000001.
   uint32_t FindPlayClip(uint32_t mode, uint32_t t, Position& chosen) const;
+  // As above, its one findle(t) made from `hint` (see findle).
+  uint32_t FindPlayClip(uint32_t mode, uint32_t t, Position& chosen, Position hint) const;
 
   // --- Range edits.
   void BlankRange(const CTCRange& r);
@@ -141,6 +146,9 @@ class TCS_EXPORT CTCLookup {
   // Writes start and length into x; moves the node only when the new start
   // does not stay strictly between its neighbours' starts.
   Position Place(Position x, uint32_t start, uint32_t length);
+  // findge(t) and find(t), given le = findle(t).
+  Position GeFrom(Position le, uint32_t t) const;
+  Position AtFrom(Position le, uint32_t t) const;
   // Starts loading what Translate reads of a record (null: nothing).
   static void PrefetchRecord(const CClip* record);
   // The plain rounds of a ripple delete of rl frames, from x on.

@@ -22,23 +22,46 @@ CTCLookup::Position CTCLookup::findle(uint32_t t) const {
   return std::prev(after);
 }
 
+// A walk asks about frames at or just past its last answer, so the hint,
+// the next two play clips and the one before settle most searches; anything
+// else falls back to the descent. Either way the answer is the greatest
+// start at or before the clamped t, or the first play clip.
+CTCLookup::Position CTCLookup::findle(uint32_t t, Position hint) const {
+  if (hint == playClips.end()) return findle(t);
+  const uint32_t clamped = tcs::ClampStart(t);
+  if (hint->start <= clamped) {
+    for (int step = 0; step < 2; ++step) {
+      const Position next = std::next(hint);
+      if (next == playClips.end() || clamped < next->start) return hint;
+      hint = next;
+    }
+  } else {
+    if (hint == playClips.begin()) return hint;
+    const Position before = std::prev(hint);
+    if (before->start <= clamped) return before;
+  }
+  return findle(t);
+}
+
 // t itself, unclamped, is tested against the play clip findle picks.
-CTCLookup::Position CTCLookup::findge(uint32_t t) const {
-  const Position x = findle(t);
-  if (x == playClips.end()) return x;
-  if (Contains(x->start, x->length, t)) return x;
-  // Only a t before the first play clip gets here with x still ahead of it.
-  if (t < x->start + x->length) return x;
-  return std::next(x);
+CTCLookup::Position CTCLookup::GeFrom(Position le, uint32_t t) const {
+  if (le == playClips.end()) return le;
+  if (Contains(le->start, le->length, t)) return le;
+  // Only a t before the first play clip gets here with le still ahead of it.
+  if (t < le->start + le->length) return le;
+  return std::next(le);
 }
 
 // Where play clips overlap, only the one with the greatest start at or
 // before t is examined.
-CTCLookup::Position CTCLookup::find(uint32_t t) const {
-  const Position x = findle(t);
-  if (x == playClips.end() || !Contains(x->start, x->length, t)) return playClips.end();
-  return x;
+CTCLookup::Position CTCLookup::AtFrom(Position le, uint32_t t) const {
+  if (le == playClips.end() || !Contains(le->start, le->length, t)) return playClips.end();
+  return le;
 }
+
+CTCLookup::Position CTCLookup::findge(uint32_t t) const { return GeFrom(findle(t), t); }
+
+CTCLookup::Position CTCLookup::find(uint32_t t) const { return AtFrom(findle(t), t); }
 
 namespace {
 
