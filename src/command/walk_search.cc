@@ -19,9 +19,7 @@ WalkSearch::Answer WalkSearch::Search(uint32_t mode, uint32_t t, uint32_t channe
   Answer answer{mode, t, kNotFound, nullptr, nullptr, 0};
   const CTCLookup* lookup = space_.LookupOf(channel);
   if (lookup == nullptr) return answer;
-  const bool hintable = channel < kRemembered;
-  const uint64_t bit = hintable ? uint64_t(1) << channel : 0;
-  CTCLookup::Position hint = (hinted_ & bit) != 0 ? hints_[channel] : lookup->end();
+  CTCLookup::Position hint = lookup->WalkHint();
   CTCLookup::Position chosen;
   answer.result = lookup->FindPlayClip(mode, t, chosen, hint);
   if (chosen != lookup->end()) {
@@ -35,10 +33,7 @@ WalkSearch::Answer WalkSearch::Search(uint32_t mode, uint32_t t, uint32_t channe
       hint = chosen;
     }
   }
-  if (hintable && hint != lookup->end()) {
-    hints_[channel] = hint;
-    hinted_ |= bit;
-  }
+  lookup->KeepWalkHint(hint);
   if (answer.result != kNotFound) {
     answer.found = chosen->clip;
     answer.active = answer.found != nullptr ? 1 : 0;

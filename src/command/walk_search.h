@@ -10,10 +10,9 @@
 // pass asks at the event's start, which the sweep asked already), so each
 // channel remembers its last search and answers a repeat without a descent.
 // Flush forgets them: a caller's copy of a record made after it may change
-// a record a search result reads. Each channel also keeps the play clip its
-// last search settled on, through Flush too, and starts its next search
-// there: the step's searches on a channel lie close together, and a copy of
-// a record moves no play clip.
+// a record a search result reads. Every search starts from where the last
+// one on its channel settled, which the lookup keeps between steps (see
+// CTCLookup::WalkHint): a walk's searches on a channel lie close together.
 //
 // A search whose answer the walk does not need (a channel it passes over)
 // is only noted: of the searches since the last one that settled on a play
@@ -28,7 +27,6 @@
 
 #include <cstdint>
 
-#include "lookup/lookup.h"
 #include "lookup/play_clip_node.h"
 
 class CClip;
@@ -89,8 +87,6 @@ class WalkSearch {
   Noted noted_[kMaxNoted];
   uint64_t remembered_ = 0;  // bit c: answers_[c] holds channel c's last search
   Answer answers_[kRemembered];
-  uint64_t hinted_ = 0;  // bit c: hints_[c] is a play clip of channel c
-  CTCLookup::Position hints_[kRemembered];
 };
 
 }  // namespace tcs

@@ -99,6 +99,12 @@ class TCS_EXPORT CTCLookup {
   uint32_t FindPlayClip(uint32_t mode, uint32_t t, Position& chosen) const;
   // As above, its one findle(t) made from `hint` (see findle).
   uint32_t FindPlayClip(uint32_t mode, uint32_t t, Position& chosen, Position hint) const;
+  // Where the clip walk's last search here settled, kept between its steps
+  // as a hint: end() once a play clip has been made or freed since. Edits
+  // that only move play clips (in place, or out and back in) leave every
+  // node in the tree, so the kept position stays one of its play clips.
+  Position WalkHint() const;
+  void KeepWalkHint(Position x) const;
 
   // --- Range edits.
   void BlankRange(const CTCRange& r);
@@ -179,6 +185,9 @@ class TCS_EXPORT CTCLookup {
   tcs::NodeArena arena_;
   tcs::EffectTextPool texts_;
   PlayClipSet playClips{ByStart(), tcs::ArenaAllocator<Node>(&arena_)};
+  // Written by the walk's queries, under the space's lock like the rest.
+  mutable Position walk_hint_;
+  mutable uint64_t walk_hint_changes_ = UINT64_MAX;  // the arena's count then
 };
 
 #endif  // TCS_LOOKUP_LOOKUP_H_

@@ -43,6 +43,15 @@ CTCLookup::Position CTCLookup::findle(uint32_t t, Position hint) const {
   return findle(t);
 }
 
+CTCLookup::Position CTCLookup::WalkHint() const {
+  return arena_.changes() == walk_hint_changes_ ? walk_hint_ : playClips.end();
+}
+
+void CTCLookup::KeepWalkHint(Position x) const {
+  walk_hint_ = x;
+  walk_hint_changes_ = x == playClips.end() ? UINT64_MAX : arena_.changes();
+}
+
 // t itself, unclamped, is tested against the play clip findle picks.
 CTCLookup::Position CTCLookup::GeFrom(Position le, uint32_t t) const {
   if (le == playClips.end()) return le;
