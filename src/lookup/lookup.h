@@ -90,6 +90,9 @@ class TCS_EXPORT CTCLookup {
   // The source position at t, measured from the record's sourceOrigin, or
   // 0x80000001. out receives the play clip whenever one contains t.
   uint32_t Translate(uint32_t t, CPlayClip& out) const;
+  // The same without the copy: `at` receives the play clip containing t, or
+  // end().
+  uint32_t Translate(uint32_t t, Position& at) const;
   // The play clip at t or, in a gap, the previous, next or nearest one, as
   // the mode word says; returns the value its selector picks, or 0x80000001.
   uint32_t FindPlayClip(uint32_t mode, uint32_t t, CPlayClip& out) const;

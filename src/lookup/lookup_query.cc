@@ -92,8 +92,9 @@ struct RecordLayout {
 
 // Asks for the lines Translate reads from the record (the vtable pointer,
 // the range and the source points, which lie a page apart) all at once, so
-// their misses overlap with each other and with the copy of the play clip
-// instead of following one another. A prefetch never faults.
+// their misses overlap with each other (and with the copy of the play clip,
+// when one is made) instead of following one another. A prefetch never
+// faults.
 void CTCLookup::PrefetchRecord(const CClip* record) {
   static const RecordLayout layout;
   if (record == nullptr) return;
@@ -103,15 +104,12 @@ void CTCLookup::PrefetchRecord(const CClip* record) {
   __builtin_prefetch(at + layout.info);
 }
 
+namespace {
+
 // The offset is measured in the record's own range, which the edits keep
 // equal to the play clip's. The source position counts from sourceOrigin in
 // whichever direction sourceIn lies.
-uint32_t CTCLookup::Translate(uint32_t t, CPlayClip& out) const {
-  const Position x = find(t);
-  if (x == playClips.end()) return tcs::kNotFound;
-  const CClip* record = x->clip;
-  PrefetchRecord(record);
-  x->CopyTo(out);
+uint32_t SourceAt(const CClip* record, uint32_t t) {
   if (record == nullptr) return tcs::kNotFound;
   const uint32_t offset = t - record->start;
   if (offset >= record->length) return tcs::kNotFound;
@@ -119,4 +117,21 @@ uint32_t CTCLookup::Translate(uint32_t t, CPlayClip& out) const {
     return record->sourceIn - record->sourceOrigin + offset;
   }
   return record->sourceOrigin - record->sourceIn + offset;
+}
+
+}  // namespace
+
+uint32_t CTCLookup::Translate(uint32_t t, CPlayClip& out) const {
+  const Position x = find(t);
+  if (x == playClips.end()) return tcs::kNotFound;
+  PrefetchRecord(x->clip);
+  x->CopyTo(out);
+  return SourceAt(x->clip, t);
+}
+
+uint32_t CTCLookup::Translate(uint32_t t, Position& at) const {
+  at = find(t);
+  if (at == playClips.end()) return tcs::kNotFound;
+  PrefetchRecord(at->clip);
+  return SourceAt(at->clip, t);
 }
