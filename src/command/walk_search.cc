@@ -15,10 +15,10 @@ bool WalkSearch::InScan(uint32_t channel) const {
 // Step for step FindClip: the lookup's search copies whatever play clip it
 // settles on into the scratch play clip, even when the value it selects
 // reads as not found; the flag follows the final answer.
-WalkSearch::Answer WalkSearch::Search(uint32_t mode, uint32_t t, uint32_t channel) {
-  Answer answer{mode, t, kNotFound, nullptr, nullptr, 0};
+void WalkSearch::Search(uint32_t mode, uint32_t t, uint32_t channel, Answer& answer) {
+  answer = Answer{mode, t, kNotFound, nullptr, nullptr, 0};
   const CTCLookup* lookup = space_.LookupOf(channel);
-  if (lookup == nullptr) return answer;
+  if (lookup == nullptr) return;
   CTCLookup::Position hint = lookup->WalkHint();
   CTCLookup::Position chosen;
   answer.result = lookup->FindPlayClip(mode, t, chosen, hint);
@@ -38,18 +38,17 @@ WalkSearch::Answer WalkSearch::Search(uint32_t mode, uint32_t t, uint32_t channe
     answer.found = chosen->clip;
     answer.active = answer.found != nullptr ? 1 : 0;
   }
-  return answer;
 }
 
-WalkSearch::Answer WalkSearch::Ask(uint32_t mode, uint32_t t, uint32_t channel) {
-  const bool rememberable = channel < kRemembered;
-  const uint64_t bit = rememberable ? uint64_t(1) << channel : 0;
-  if ((remembered_ & bit) != 0 && answers_[channel].mode == mode && answers_[channel].t == t) {
-    return answers_[channel];
+const WalkSearch::Answer& WalkSearch::Ask(uint32_t mode, uint32_t t, uint32_t channel) {
+  if (channel >= kRemembered) {
+    Search(mode, t, channel, unremembered_);
+    return unremembered_;
   }
-  const Answer answer = Search(mode, t, channel);
-  if (rememberable) {
-    answers_[channel] = answer;
+  Answer& answer = answers_[channel];
+  const uint64_t bit = uint64_t(1) << channel;
+  if ((remembered_ & bit) == 0 || answer.mode != mode || answer.t != t) {
+    Search(mode, t, channel, answer);
     remembered_ |= bit;
   }
   return answer;
@@ -58,7 +57,7 @@ WalkSearch::Answer WalkSearch::Ask(uint32_t mode, uint32_t t, uint32_t channel) 
 // A search that settles on a play clip overrides every effect of the noted
 // ones before it; one that does not still decides clipActive.
 uint32_t WalkSearch::Find(uint32_t mode, uint32_t t, CClip*& found, uint32_t channel) {
-  const Answer answer = Ask(mode, t, channel);
+  const Answer& answer = Ask(mode, t, channel);
   searched_ = true;
   if (answer.chosen != nullptr) {
     last_found_ = answer.chosen;

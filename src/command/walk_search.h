@@ -72,8 +72,9 @@ class WalkSearch {
   static constexpr uint32_t kMaxNoted = 64;    // two sweeps and an event pass
 
   // The answer, remembered or searched for; no effect on the scratch state.
-  Answer Ask(uint32_t mode, uint32_t t, uint32_t channel);
-  Answer Search(uint32_t mode, uint32_t t, uint32_t channel);
+  // Valid until the next Ask on the same channel.
+  const Answer& Ask(uint32_t mode, uint32_t t, uint32_t channel);
+  void Search(uint32_t mode, uint32_t t, uint32_t channel, Answer& answer);
   // Runs the noted searches that still count, latest first, into
   // last_found_ and active_; forgets them all.
   void Settle();
@@ -87,6 +88,7 @@ class WalkSearch {
   Noted noted_[kMaxNoted];
   uint64_t remembered_ = 0;  // bit c: answers_[c] holds channel c's last search
   Answer answers_[kRemembered];
+  Answer unremembered_;  // the last answer on a channel from 64 on
 };
 
 }  // namespace tcs
