@@ -72,7 +72,8 @@ class WalkSearch {
   static constexpr uint32_t kMaxNoted = 64;    // two sweeps and an event pass
 
   // The answer, remembered or searched for; no effect on the scratch state.
-  // Valid until the next Ask on the same channel.
+  // Valid until the next Ask on the same channel (channels from 64 on share
+  // one answer).
   const Answer& Ask(uint32_t mode, uint32_t t, uint32_t channel);
   void Search(uint32_t mode, uint32_t t, uint32_t channel, Answer& answer);
   // Runs the noted searches that still count, latest first, into
@@ -83,7 +84,7 @@ class WalkSearch {
   const PlayClipNode* last_found_ = nullptr;  // the scratch play clip, once copied
   bool searched_ = false;                     // clipActive is to be written
   uint8_t active_ = 0;
-  bool active_noted_ = false;  // the latest search is noted: active_ is its
+  bool active_noted_ = false;  // active_ waits for the latest search, a noted one
   uint32_t noted_count_ = 0;   // searches noted since one settled on a play clip
   Noted noted_[kMaxNoted];
   uint64_t remembered_ = 0;  // bit c: answers_[c] holds channel c's last search
