@@ -3,6 +3,7 @@
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
 
+#include "clip_type.h"
 #include "rates.h"
 #include "space_object.h"
 #include "timeline_io.h"
@@ -12,67 +13,8 @@ using namespace tcs::py_module;
 
 namespace {
 
-template <typename T, typename Fn>
-auto Live(Fn fn) {
-  return [fn](const Clip& clip) {
-    clip.RequireAlive();
-    return fn(clip);
-  };
-}
-
 void BindClip(py::module_& m) {
-  py::class_<Clip>(m, "Clip", R"doc(
-A clip as a channel plays it: where it plays, the source frames, the
-record's texts and the transition into it. Read-only. Reading any attribute
-once its record has left the space (an edit cut it away, or the space was
-closed) raises StaleClipError; `alive` tells without raising.)doc")
-      .def_property_readonly("channel", Live<Clip>([](const Clip& c) {
-                               char name[8] = "?";
-                               tcsChannelName(c.channel, name, sizeof name);
-                               return std::string(name);
-                             }),
-                             "The channel's name: 'V1'..'V32', 'A1'..'A32', 'X1'..'X32'.")
-      .def_property_readonly("channel_number", Live<Clip>([](const Clip& c) { return c.channel; }),
-                             "The channel as a number, 0..95.")
-      .def_property_readonly("record_in", Live<Clip>([](const Clip& c) {
-                               return Timecode{c.start, c.rate};
-                             }),
-                             "The first record frame it plays.")
-      .def_property_readonly("record_out", Live<Clip>([](const Clip& c) {
-                               return Timecode{c.start + c.length, c.rate};
-                             }),
-                             "One past the last record frame it plays.")
-      .def_property_readonly("length", Live<Clip>([](const Clip& c) { return c.length; }),
-                             "Record frames.")
-      .def_property_readonly("source_in", Live<Clip>([](const Clip& c) {
-                               return Timecode{c.source_in, c.rate};
-                             }),
-                             "The record's source in.")
-      .def_property_readonly("source_out", Live<Clip>([](const Clip& c) {
-                               return Timecode{c.source_out, c.rate};
-                             }),
-                             "The record's source out.")
-      .def_property_readonly("name", Live<Clip>([](const Clip& c) { return c.name; }))
-      .def_property_readonly("reel", Live<Clip>([](const Clip& c) { return c.reel; }))
-      .def_property_readonly("comment", Live<Clip>([](const Clip& c) { return c.comment; }))
-      .def_property_readonly("clip_name", Live<Clip>([](const Clip& c) { return c.clip_name; }),
-                             "The short name (at most 8 characters).")
-      .def_property_readonly("transition", Live<Clip>([](const Clip& c) { return c.transition; }),
-                             "The transition into the clip by name; '' for a cut.")
-      .def_property_readonly("transition_frames",
-                             Live<Clip>([](const Clip& c) { return c.transition_frames; }))
-      .def_property_readonly("transition_code",
-                             Live<Clip>([](const Clip& c) { return c.transition_code; }),
-                             "The transition's effect code; 0 for a cut.")
-      .def_property_readonly("alive", &Clip::Alive,
-                             "Whether the record still plays where it was listed.")
-      .def("__repr__", [](const Clip& c) {
-        char name[8] = "?";
-        tcsChannelName(c.channel, name, sizeof name);
-        return std::string("<tcspace.Clip ") + name + " " + Timecode{c.start, c.rate}.Text() +
-               "-" + Timecode{c.start + c.length, c.rate}.Text() + " '" + c.name + "'" +
-               (c.Alive() ? "" : " (stale)") + ">";
-      });
+  AddClipType(m);
 
   py::class_<Event>(m, "Event", "One event of the walk: a clip start with the clips of the "
                                 "same source that start with it on other channels.")
@@ -100,6 +42,10 @@ closed) raises StaleClipError; `alive` tells without raising.)doc")
       });
 }
 
+void Listen(SpaceState& state) {
+  state.listening = !state.on_add.is_none() || !state.on_delete.is_none();
+}
+
 enum EditKind { kOverwrite, kInsert, kBlank, kDelete, kTrim, kMove };
 
 void BindSpaceClass(py::module_& m) {
@@ -124,10 +70,16 @@ a refused edit raises a TcsError. Safe to share between threads.)doc")
       .def_property_readonly("closed", &Space::closed)
       .def_property_readonly("rate", [](const Space& s) { return s.state()->rate; },
                              "The FrameRate timecodes are shown and read at.")
+      .def_property_readonly("rate_reason", [](const Space& s) { return s.state()->rate_reason; },
+                             "Where the rate came from: 'given', or what in the file gave it.")
+      .def_property_readonly("warnings", [](const Space& s) { return s.state()->warnings; },
+                             "(line, text) for each line of the file read that could not be "
+                             "carried as written.")
       .def("__enter__", [](Space& s) -> Space& { return s; }, py::return_value_policy::reference)
       .def("__exit__", [](Space& s, const py::args&) { s.Close(); })
       .def("channels", &Space::Channels, "The names of the channels that hold clips.")
-      .def("clips", &Space::Clips, py::arg("channel"),
+      .def("clips", [](const Space& s, const py::object& ch) { return ClipList(s.Clips(ch)); },
+           py::arg("channel"),
            "Every clip of a channel in record order, each once.")
       .def("at", &Space::At, py::arg("timecode"),
            "What plays at a record timecode on every channel that holds clips.")
@@ -182,6 +134,7 @@ a refused edit raises a TcsError. Safe to share between threads.)doc")
           [](Space& s, const py::object& fn) {
             if (!fn.is_none() && !PyCallable_Check(fn.ptr())) throw py::type_error("on_add takes a callable or None");
             s.state()->on_add = fn;
+            Listen(*s.state());
           },
           "Called with each Clip about to be added; returning False refuses it. An exception "
           "in it is logged (as a RuntimeWarning) and counts as accepting.")
@@ -190,6 +143,7 @@ a refused edit raises a TcsError. Safe to share between threads.)doc")
           [](Space& s, const py::object& fn) {
             if (!fn.is_none() && !PyCallable_Check(fn.ptr())) throw py::type_error("on_delete takes a callable or None");
             s.state()->on_delete = fn;
+            Listen(*s.state());
           },
           "Called with each Clip as it leaves the space.")
       .def("write", &WriteFile, py::arg("path"),
@@ -217,10 +171,13 @@ PYBIND11_MODULE(_tcspace, m) {
   BindSpace(m);
   m.def(
       "read",
-      [](const std::string& path, const py::object& fps) {
-        return ReadFile(path, fps.is_none() ? std::nullopt : std::optional<FrameRate>(RateArg(fps)));
+      [](const std::string& path, const py::object& fps, bool strict) {
+        return ReadFile(path, fps.is_none() ? std::nullopt : std::optional<FrameRate>(RateArg(fps)),
+                        strict);
       },
-      py::arg("path"), py::arg("fps") = py::none(),
-      "Opens a space holding the timeline of `path` (an EDL), at `fps` or the rate the file "
-      "gives.");
+      py::arg("path"), py::arg("fps") = py::none(), py::arg("strict") = false,
+      "Opens a space holding the timeline of `path` (an EDL), at `fps` or at the rate the "
+      "file gives, found as the tcs tool finds it (space.rate_reason says how). Lines the "
+      "reader cannot read are skipped and listed in space.warnings; strict=True stops at the "
+      "first instead, with a TcsError.");
 }

@@ -6,7 +6,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include "clip_type.h"
 #include "edit_request.h"
+#include "event_walk.h"
 #include "library_call.h"
 
 namespace py = pybind11;
@@ -125,6 +127,7 @@ Space::Space(FrameRate rate) : state_(std::make_shared<SpaceState>()) {
 Space::~Space() {
   // A space collected without close() tells Python nothing more: no Python
   // code runs from a destructor.
+  state_->listening = false;
   state_->on_add = py::none();
   state_->on_delete = py::none();
   try {
@@ -153,6 +156,7 @@ CTimeCodeSpace* Space::Handle(const char* what) const {
 
 unsigned int Space::OnAdd(void* context, CTimeCodeSpace*, CClip* clip) {
   auto* state = static_cast<SpaceState*>(context);
+  if (!state->listening.load()) return 0;
   py::gil_scoped_acquire gil;
   if (!state->on_add || state->on_add.is_none()) return 0;
   TCSCLIP row;
@@ -167,6 +171,7 @@ unsigned int Space::OnAdd(void* context, CTimeCodeSpace*, CClip* clip) {
 
 unsigned int Space::OnDelete(void* context, CTimeCodeSpace*, CClip* clip) {
   auto* state = static_cast<SpaceState*>(context);
+  if (!state->listening.load()) return 0;
   py::gil_scoped_acquire gil;
   if (!state->on_delete || state->on_delete.is_none()) return 0;
   TCSCLIP row;
@@ -298,42 +303,20 @@ std::vector<Event> Space::Events() const {
   CTimeCodeSpace* space = Handle("events");
   const FrameRate rate = state_->rate;
   LogLines log;
-  std::vector<Event> events;
-  Call(
-      [&] {
-        TCSCMD walk;
-        std::memset(&walk, 0, sizeof walk);
-        walk.command = TCSCMD_GET;
-        walk.subCommand = TCSSUB_NEXT;
-        walk.outPoint = TCS_NO_TIMECODE;
-        do {
-          TCSCMD probe = walk;
-          if (tcsFindNextClip(space, &probe, 1, nullptr) != TCS_NOT_FOUND) {
-            Event e{{probe.position, rate},
-                    {probe.position + (probe.outPoint - probe.inPoint), rate},
-                    {probe.inPoint, rate},
-                    {probe.outPoint, rate},
-                    {},
-                    reinterpret_cast<const char*>(&probe) + TCSCMD_TEXT_OFFSET,
-                    ""};
-            uint32_t first = TCS_NO_TIMECODE;
-            for (uint32_t c = 0; c < 64; ++c) {
-              if (((c < 32 ? probe.videoMask : probe.audioMask) >> (c % 32) & 1) == 0) continue;
-              if (first == TCS_NO_TIMECODE) first = c;
-              e.channels.push_back(ChannelName(c));
-            }
-            TCSCLIP row;
-            if (first != TCS_NO_TIMECODE && RowAt(space, first, probe.position, row)) {
-              e.transition = row.effectText;
-            }
-            events.push_back(std::move(e));
-          }
-          tcsFindNextClip(space, &walk, 0, nullptr);
-        } while (walk.position != TCS_NO_TIMECODE);
-        return 0;
-      },
-      log);
+  const std::vector<host::WalkEvent> walked = Call([&] { return host::WalkEvents(space); }, log);
   Warn(log);
+  std::vector<Event> events;
+  events.reserve(walked.size());
+  for (const host::WalkEvent& w : walked) {
+    Event e{{w.recordIn, rate}, {w.recordOut(), rate}, {w.sourceIn, rate}, {w.sourceOut, rate},
+            {}, w.name, w.transition};
+    for (uint32_t c = 0; c < 64; ++c) {
+      if (((c < 32 ? w.videoMask : w.audioMask) >> (c % 32) & 1) != 0) {
+        e.channels.push_back(ChannelName(c));
+      }
+    }
+    events.push_back(std::move(e));
+  }
   return events;
 }
 
