@@ -74,7 +74,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const tcs::otio::ReadResult again = tcs::otio::ReadOtioText(second, written);
   if (again.status != tcs::otio::Status::kOk) Fail("what was written does not read", again.error);
   if (!again.warnings.empty()) {
-    Fail("what was written reads with a warning", again.warnings[0].item + ": " + again.warnings[0].text);
+    const tcs::otio::Warning& warning = again.warnings[0];
+    Fail("what was written reads with a warning", warning.item + ": " + warning.text);
   }
   if (!(again.rate == read.rate)) Fail("the rate changed", std::to_string(again.rate.fps));
   if (Clips(second) != clips) Fail("the clips changed", written);

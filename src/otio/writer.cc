@@ -183,9 +183,10 @@ void Writer::Track(uint32_t channel, const std::vector<Row>& rows, uint32_t orig
     // next one, the next one plays.
     if (i + 1 < rows.size() && rows[i + 1].start - row.start < length) {
       length = rows[i + 1].start - row.start;
-      result_.warnings.push_back({row.name.empty() ? "Clip" : row.name,
-                                  std::string(name) + ": cut at frame " +
-                                      std::to_string(rows[i + 1].start) + " where the next clip starts"});
+      result_.warnings.push_back(
+          {row.name.empty() ? "Clip" : row.name,
+           std::string(name) + ": cut at frame " + std::to_string(rows[i + 1].start) +
+               " where the next clip starts"});
     }
     if (row.start > at) Gap(row.start - at);
     if (!row.effectText.empty() && row.effectDuration > 0) Transition(row);

@@ -211,7 +211,9 @@ std::string TracksFile(const std::vector<std::pair<std::string, std::string>>& t
   Json timeline{{"OTIO_SCHEMA", "Timeline.1"},
                 {"global_start_time", time(0)},
                 {"tracks", {{"OTIO_SCHEMA", "Stack.1"}, {"children", children}}}};
-  if (drop != nullptr) timeline["metadata"] = {{"tcspace", {{"drop_frame", drop == std::string("yes")}}}};
+  if (drop != nullptr) {
+    timeline["metadata"] = {{"tcspace", {{"drop_frame", drop == std::string("yes")}}}};
+  }
   return timeline.dump();
 }
 
@@ -274,7 +276,8 @@ TEST(OtioReader, TheTimelineRateNamesTheSpacesRate) {
                         {120, nullptr, {120, false, false}}};
   for (const Case& c : cases) {
     OpenedSpace space;
-    const ReadResult read = tcs::otio::ReadOtioText(space.get(), TracksFile({{"V1", "Video"}}, c.rate, c.drop));
+    const ReadResult read =
+        tcs::otio::ReadOtioText(space.get(), TracksFile({{"V1", "Video"}}, c.rate, c.drop));
     ASSERT_EQ(read.status, Status::kOk) << c.rate;
     EXPECT_EQ(read.rate, c.expected) << c.rate;
     // The clip is 10 frames at the timeline's own rate, whatever it is.

@@ -33,7 +33,8 @@ double Frames(const Json& range, const char* key) { return range.at(key).at("val
 
 TEST(OtioWriter, TheDocumentHasTheSchemasTheChannelsAndExactRates) {
   OpenedSpace space;
-  tcs_test::LayClip(space.get(), {0, 1000, 48, 100, 0, 0, "first", "A001", "SOURCE FILE: /m/a.mov\nsecond line", "SHORTNM"});
+  tcs_test::LayClip(space.get(), {0, 1000, 48, 100, 0, 0, "first", "A001",
+                                  "SOURCE FILE: /m/a.mov\nsecond line", "SHORTNM"});
   tcs_test::LayClip(space.get(), {0, 1060, 24, 7, 0, 12, "dissolved", "", "", ""});
   tcs_test::LayClip(space.get(), {0, 1084, 10, 0, 3, 5, "wiped", "", "", ""});
   tcs_test::LayClip(space.get(), {33, 1010, 20, 0, 0, 0, "sound", "", "", ""});
@@ -113,7 +114,8 @@ TEST(OtioWriter, TheDocumentHasTheSchemasTheChannelsAndExactRates) {
 TEST(OtioWriter, TextsThatAreNotUtf8AreWrittenWithTheReplacementCharacter) {
   OpenedSpace space;
   // Latin-1 from an old list, a cut-off sequence, an overlong slash, a surrogate.
-  tcs_test::LayClip(space.get(), {0, 0, 10, 0, 0, 0, "caf\xE9", "\xE2\x82", "a\xC0\xAF" "b", "\xED\xA0\x80"});
+  tcs_test::LayClip(space.get(),
+                    {0, 0, 10, 0, 0, 0, "caf\xE9", "\xE2\x82", "a\xC0\xAF" "b", "\xED\xA0\x80"});
   std::string text;
   ASSERT_EQ(tcs::otio::WriteOtioText(space.get(), {}, &text).status, tcs::otio::Status::kOk);
   const Json clip = Json::parse(text)["tracks"]["children"][0]["children"][0];
