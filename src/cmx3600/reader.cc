@@ -432,38 +432,27 @@ void EventReader::Emit(Pending& p) {
   onEvent_(context_, event);
 }
 
-// Keeps, per track, what plays where as the space will lay it out (a later
-// event overwrites an earlier one) and reports each earlier event the new
-// one covers part of, once.
+// Reports each earlier event the new one covers part of, once, on any of
+// its tracks.
 void EventReader::CheckOverlap(const Event& event) {
   uint32_t reported[4] = {};
   size_t count = 0;
-  const uint32_t in = event.recordIn, out = event.recordOut;
-  for (unsigned track = 0; track < 64; ++track) {
-    const uint32_t mask = track < 32 ? event.video : event.audio;
-    if (((mask >> (track % 32)) & 1u) == 0) continue;
-    auto& spans = placed_[track];
-    auto it = spans.upper_bound(in);
-    if (it != spans.begin()) --it;
-    while (it != spans.end() && it->first < out) {
-      const uint32_t start = it->first, end = it->second.first, line = it->second.second;
-      if (end <= in) {
-        ++it;
-        continue;
-      }
-      bool seen = false;
-      for (size_t i = 0; i < count; ++i) seen |= reported[i] == line;
-      if (!seen && count < std::size(reported)) {
-        reported[count++] = line;
-        Warn(event.line, WarningKind::kOverlap,
-             "event lies over part of the event on line " + std::to_string(line) +
-                 " on the same track: the later one plays");
-      }
-      it = spans.erase(it);
-      if (start < in) spans.emplace(start, std::make_pair(in, line));
-      if (end > out) spans.emplace(out, std::make_pair(end, line));
+  const auto covered = [&](uint32_t earlier) {
+    for (size_t i = 0; i < count; ++i) {
+      if (reported[i] == earlier) return;
     }
-    spans.emplace(in, std::make_pair(out, event.line));
+    if (count == std::size(reported)) return;
+    reported[count++] = earlier;
+    Warn(event.line, WarningKind::kOverlap,
+         "event lies over part of the event on line " + std::to_string(earlier) +
+             " on the same track: the later one plays");
+  };
+  for (uint32_t mask = event.video; mask != 0; mask &= mask - 1) {
+    placed_[unsigned(__builtin_ctz(mask))].Lay(event.recordIn, event.recordOut, event.line, covered);
+  }
+  for (uint32_t mask = event.audio; mask != 0; mask &= mask - 1) {
+    placed_[32 + unsigned(__builtin_ctz(mask))].Lay(event.recordIn, event.recordOut, event.line,
+                                                   covered);
   }
 }
 

@@ -39,13 +39,13 @@
 #define TCS_CMX3600_READER_H_
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "cmx3600/event.h"
 #include "cmx3600/line.h"
+#include "cmx3600/track_spans.h"
 #include "cmx3600/warning.h"
 #include "timecode/frame_rate.h"
 
@@ -139,9 +139,9 @@ class EventReader {
   Pending pending_;
   Pending key_;  // the key line of a K B pair
   std::string message_;
-  // Per track (video 0..31, audio 32..63): record in -> (record out, line)
-  // of what plays there, for reporting events laid over earlier ones.
-  std::vector<std::map<uint32_t, std::pair<uint32_t, uint32_t>>> placed_;
+  // Per track (video 0..31, audio 32..63): what plays there, for reporting
+  // events laid over earlier ones.
+  std::vector<TrackSpans> placed_;
 };
 
 }  // namespace tcs::cmx3600
