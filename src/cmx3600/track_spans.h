@@ -18,7 +18,8 @@ namespace tcs::cmx3600 {
 class TrackSpans {
  public:
   // Lays [in, out) of the event on `line` over what is there. Calls
-  // covered(earlier_line) for each span it covers part of, in record order.
+  // covered(earlier_line) for each span it covers part of, in record order:
+  // an earlier event that a later one split in two may be named twice.
   // REQUIRES: in < out.
   template <typename Covered>
   void Lay(uint32_t in, uint32_t out, uint32_t line, Covered covered) {
