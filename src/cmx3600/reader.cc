@@ -102,8 +102,7 @@ bool EventReader::OnLine(std::string_view raw) {
       OnNote(line.body);
       return true;
     case LineKind::kSpeed:
-      Warn(lineNumber_, WarningKind::kSpeedIgnored,
-           "speed change (M2) ignored: the event keeps its record timing");
+      OnSpeed(line.body);
       return true;
     case LineKind::kSplit:
       Warn(lineNumber_, WarningKind::kSplitIgnored,
@@ -202,7 +201,9 @@ bool EventReader::OnEvent(std::string_view text) {
     comment.swap(p.comment);
     const bool has_comment = p.hasComment;
     std::string outgoing = p.hasTo ? p.toName : p.fromName;
+    std::string outgoing_reel = p.reel;
     Start(p, fields, times);
+    p.outgoingReel = std::move(outgoing_reel);
     p.comment.swap(comment);
     p.hasComment = has_comment;
     p.outgoingName = std::move(outgoing);
@@ -239,11 +240,14 @@ void EventReader::Start(Pending& p, const EventFields& fields, const uint32_t (&
   std::memcpy(p.times, times, sizeof p.times);
   p.video = fields.tracks.video;
   p.audio = fields.tracks.audio;
-  p.pair = p.hasFrom = p.hasTo = p.hasComment = p.ownEffect = false;
+  p.pair = p.hasFrom = p.hasTo = p.hasComment = p.ownEffect = p.hasSpeed = false;
+  p.speedMilliFps = 0;
+  p.speedEntry = p.speedLine = 0;
   p.reel.assign(fields.reel);
   p.fromName.clear();
   p.toName.clear();
   p.outgoingName.clear();
+  p.outgoingReel.clear();
   p.ownName.clear();
   p.comment.clear();
   p.clipName.clear();
@@ -274,6 +278,37 @@ bool EventReader::OnAudio(std::string_view numbers) {
   pending_.audio |= audio;
   if (key_.active) key_.audio |= audio;
   return true;
+}
+
+void EventReader::OnSpeed(std::string_view line) {
+  Pending& p = pending_;
+  SpeedFields fields;
+  if (const char* problem = ParseSpeedLine(line, fields)) {
+    Warn(lineNumber_, WarningKind::kSpeedIgnored, std::string(problem) + ": ignored");
+    return;
+  }
+  if (!p.active) {
+    Warn(lineNumber_, WarningKind::kSpeedIgnored, "M2 line before the first event ignored");
+    return;
+  }
+  if (fields.reel != std::string_view(p.reel)) {
+    Warn(lineNumber_, WarningKind::kSpeedIgnored,
+         p.pair && fields.reel == std::string_view(p.outgoingReel)
+             ? "speed change of the outgoing clip of a transition: not kept"
+             : "M2 line names another reel than its event's: ignored");
+    return;
+  }
+  timecode::FrameRate rate = rate_;
+  rate.dropFrame = sourceDrop_ && timecode::CanDropFrame(rate.fps);
+  uint32_t entry = 0;
+  if (timecode::TimecodeToFrames(fields.entry, rate, entry) == timecode::Count::kOutOfRange) {
+    Warn(lineNumber_, WarningKind::kSpeedIgnored, "M2 line: timecode out of range: ignored");
+    return;
+  }
+  p.hasSpeed = true;
+  p.speedMilliFps = fields.milliFps;
+  p.speedEntry = entry;
+  p.speedLine = lineNumber_;
 }
 
 void EventReader::OnFrameCode(std::string_view value) {
@@ -419,6 +454,10 @@ void EventReader::Emit(Pending& p) {
   event.hasComment = p.hasComment;
   event.clipName = p.clipName;
   event.outgoingName = p.outgoingName;
+  event.hasSpeed = p.hasSpeed;
+  event.speedMilliFps = p.speedMilliFps;
+  event.speedEntry = p.speedEntry;
+  event.speedLine = p.speedLine;
   event.key = p.edit == 'K';
   if (event.key) Warn(p.line, WarningKind::kKeyAsCut, "key edit placed as a cut");
   event.transition = p.edit == 'D' || p.edit == 'W';

@@ -27,6 +27,8 @@ struct Kept {
   uint32_t sourceIn, sourceOut, recordIn, recordOut, video, audio, code, duration;
   std::string reel, name, comment, clipName;
   bool transition = kCut;
+  int32_t speed = INT32_MIN;  // none
+  uint32_t speedEntry = 0;
   bool operator==(const Kept&) const = default;
 };
 
@@ -41,7 +43,8 @@ void Collect(void* context, const Event& e) {
   auto& result = *static_cast<Result*>(context);
   result.events.push_back({e.sourceIn, e.sourceOut, e.recordIn, e.recordOut, e.video, e.audio,
                            e.effectCode, e.effectDuration, std::string(e.reel), std::string(e.name),
-                           std::string(e.comment), std::string(e.clipName), e.transition});
+                           std::string(e.comment), std::string(e.clipName), e.transition,
+                           e.hasSpeed ? e.speedMilliFps : INT32_MIN, e.speedEntry});
   result.lines.push_back(e.line);
 }
 
@@ -98,7 +101,7 @@ TEST(Cmx3600Reader, ReadsWhatOtherToolsWrite) {
       {2 * kHour, 2 * kHour + 90, kHour + 210, kHour + 300, 1, 0, 0, 30, "TAPE02", "incoming.mov",
        "EFFECTS NAME IS CROSS DISSOLVE", "", kTransition},
       {0, 60, kHour + 300, kHour + 360, 0, 1, 0, 0, "AX", "slow.wav", "FROM CLIP: C:\\Media\\slow.wav",
-       ""},
+       "", kCut, 50000, 0},
       {60, 90, kHour + 360, kHour + 390, 1, 2, 0, 12, "AX", "", "", "", kTransition},
       {0, 30, kHour + 390, kHour + 420, 1, 1, 2, 45, "R2", "", "a note of the editor", "",
        kTransition},
@@ -106,9 +109,9 @@ TEST(Cmx3600Reader, ReadsWhatOtherToolsWrite) {
   Result crlf = Read(crlf_tool);
   EXPECT_TRUE(crlf.read);
   EXPECT_EQ(crlf.events, expected);
-  // M2 and SPLIT are warned about with their line numbers.
+  // The M2 line gives event 004 its speed; SPLIT is warned about.
   const std::vector<std::pair<uint32_t, WarningKind>> crlf_warnings = {
-      {20, WarningKind::kSpeedIgnored}, {29, WarningKind::kSplitIgnored}};
+      {29, WarningKind::kSplitIgnored}};
   EXPECT_EQ(crlf.warnings, crlf_warnings);
 
   // Drop-frame over ':' timecodes (00:10:00:00 is frame 17982), six-digit
@@ -372,6 +375,11 @@ TEST(Cmx3600Reader, ReadsBackWhatTheWriterWrites) {
       line.comment = comment;
       line.hasComment = !comment.empty();
       line.clipName = clip_name;
+      // Speeds: reverse, freeze, slow, with up to three decimals.
+      const int32_t speeds[] = {-25000, 0, 12500, 47560, 108500, 999999, -1, 5};
+      line.hasSpeed = rng() % 3 == 0;
+      line.speedMilliFps = line.hasSpeed ? speeds[rng() % std::size(speeds)] : 0;
+      line.speedEntry = line.hasSpeed ? line.sourceIn : 0;
       AppendEvent(text, line, n, rate);
       Collect(&written, line);
     }
