@@ -10,6 +10,7 @@
 #include "platform/qvos.h"
 #include "platform/vsync.h"
 #include "record/clip_info.h"
+#include "platform/clip_speed.h"
 #include "space/clip_callback.h"
 #include "space/space_api.h"
 #include "command/tcs_cmd.h"

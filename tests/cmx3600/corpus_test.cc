@@ -110,7 +110,7 @@ const std::vector<Case>& Cases() {
          "QEVL1ESCP001.NEW.01"},
         {27, Tc(0, 1, 1, 10, 30), Tc(1, 0, 3, 1, 30), Tc(1, 0, 3, 11, 30), 8,
          "QEVL1HEIS395.NEW.01"}},
-       {{W::kImpliedDissolve, 53}, {W::kSpeedIgnored, 11}, {W::kSourceLength, 403},
+       {{W::kImpliedDissolve, 53}, {W::kSpeedIgnored, 11}, {W::kSourceLength, 207},
         {W::kOverlap, 173}}},
       // 588 single-track lines on A7 to A10; 14 whose source runs longer
       // than its record.
@@ -141,7 +141,7 @@ const std::vector<Case>& Cases() {
       // Nine source frames for ten record frames, at half speed.
       {"TIMEWARP_HALF", 24, false, {{"V1", 1}},
        {{4, Tc(3, 3, 19, 19, 24), Tc(1, 0, 4, 3, 24), Tc(1, 0, 4, 13, 24), 0, ""}},
-       {{W::kSourceLength, 1}}},
+       {}},
       // Dissolves from black; lines labelled without '*'; ^Z and NUL padding.
       {"TRAILER_EDL", 25, false, {{"V1", 32}},
        {{5, Tc(6, 42, 50, 18, 25), Tc(1, 0, 0, 0, 25), Tc(1, 0, 1, 20, 25), 43, "TAPE_6-10.MOV"}},
@@ -153,7 +153,7 @@ const std::vector<Case>& Cases() {
       {"cmx3600_5994", 60, true, {{"V1", 9}},
        {{3, Tc(1, 49, 40, 2, 60) - 4 * 99, 215784, 215784 + 6 * 60 + 34, 0,
          "ACC112 WARBIRDS.NEW.01"}},
-       {{W::kSourceLength, 3}, {W::kOverlap, 2}}},
+       {{W::kOverlap, 2}}},
       {"dissolve_test_2", 24, false, {{"V1", 3}},
        {{6, Tc(1, 0, 8, 4, 24), Tc(1, 0, 0, 5, 24), Tc(1, 0, 0, 15, 24), 10, "clip_B"}}, {}},
       // The outgoing cut is event 001, the dissolve event 002: said so.
@@ -165,11 +165,11 @@ const std::vector<Case>& Cases() {
       {"file32", 30, true, {{"V1", 9}},
        {{3, Tc(1, 49, 40, 1, 30) - 2 * 99, kDfHour, kDfHour + 6 * 30 + 17, 0,
          "ACC112 WARBIRDS.NEW.01"}},
-       {{W::kSourceLength, 3}, {W::kOverlap, 2}}},
+       {{W::kOverlap, 2}}},
       {"genius__cmx3600", 30, true, {{"V1", 9}},
        {{3, Tc(1, 49, 40, 1, 30) - 2 * 99, kDfHour, kDfHour + 6 * 30 + 17, 0,
          "ACC112 WARBIRDS.NEW.01"}},
-       {{W::kSourceLength, 3}, {W::kOverlap, 2}}},
+       {{W::kOverlap, 2}}},
       // Records start before the hour.
       {"nucoda_example", 24, false, {{"V1", 2}},
        {{2, Tc(1, 0, 4, 5, 24), Tc(0, 59, 53, 11, 24), Tc(0, 59, 54, 18, 24), 0, "take_1"}}, {}},
@@ -181,7 +181,7 @@ const std::vector<Case>& Cases() {
       {"speed_effects_small", 24, false, {{"V1", 5}},
        {{5, Tc(1, 0, 10, 21, 24), Tc(1, 8, 30, 0, 24), Tc(1, 8, 30, 17, 24), 0,
          "Z682_156 (LAY3) FF"}},
-       {{W::kSourceLength, 2}}},
+       {}},
       // Frame 24: 25 fps. AUD 3 4 after a note; 004 and 005 share a range.
       {"test_24", 25, false, {{"V1", 7}, {"A1", 3}, {"A2", 3}, {"A3", 1}, {"A4", 1}},
        {{9, 0, Tc(0, 0, 59, 24, 25), Tc(0, 1, 30, 0, 25), 0, "clip -3"}},

@@ -19,7 +19,7 @@ std::vector<ChannelView> ChannelsOf(CTimeCodeSpace* space) {
     CPlayClip pc;
     uint32_t t = 0;
     while (space->FindPlayClip(kCoverOrNext, t, pc, channel) != kNotFound) {
-      ClipView clip{channel, pc.start, pc.start + pc.length, 0, 0, "", "", "", "", 0};
+      ClipView clip{channel, pc.start, pc.start + pc.length, 0, 0, "", "", "", "", 0, ""};
       if (pc.clip != nullptr) {
         const CClip& record = *pc.clip;
         clip.sourceIn = record.sourceIn;
@@ -27,6 +27,9 @@ std::vector<ChannelView> ChannelsOf(CTimeCodeSpace* space) {
         clip.name = Text(record.name);
         clip.reel = Text(record.reel);
         clip.comment = Text(record.comment);
+        if (int32_t milli = 0; clsGetClipSpeed(&record, &milli, nullptr) != 0) {
+          clip.speed = SpeedText(milli);
+        }
       }
       clip.transition = pc.effectText;
       clip.transitionFrames = pc.effectText[0] != '\0' ? pc.effectDuration : 0;
@@ -38,6 +41,14 @@ std::vector<ChannelView> ChannelsOf(CTimeCodeSpace* space) {
     if (!view.clips.empty()) channels.push_back(std::move(view));
   }
   return channels;
+}
+
+std::string SpeedText(int32_t milli_fps) {
+  const uint32_t size = milli_fps < 0 ? uint32_t(-int64_t(milli_fps)) : uint32_t(milli_fps);
+  std::string text = (milli_fps < 0 ? "-" : "") + std::to_string(size / 1000) + ".";
+  std::string fraction = std::to_string(1000 + size % 1000).substr(1);
+  while (fraction.size() > 1 && fraction.back() == '0') fraction.pop_back();
+  return text + fraction;
 }
 
 std::string TransitionText(const ClipView& clip) {

@@ -24,6 +24,7 @@ struct ClipView {
   std::string comment;
   std::string transition;  // "" for a cut, else the effect's name or text
   uint32_t transitionFrames;
+  std::string speed;  // "" at the timeline's rate, else source frames per second ("-25.0")
 };
 
 struct ChannelView {
@@ -33,6 +34,9 @@ struct ChannelView {
 
 // Every channel that holds a play clip, in channel order.
 std::vector<ChannelView> ChannelsOf(CTimeCodeSpace* space);
+
+// "12.5": thousandths of a frame per second as decimals, one at least.
+std::string SpeedText(int32_t milli_fps);
 
 // "cut", or the transition's name and duration in frames ("Disolve 30").
 std::string TransitionText(const ClipView& clip);

@@ -38,7 +38,8 @@ int RunAt(const Args& args) {
   std::vector<Answer> answers;
   for (const uint32_t channel : channels) {
     CClip* clip = nullptr;
-    const uint32_t source = tcsTranslate(timeline.space(), 0, at, &clip, channel);
+    uint32_t source = tcsTranslate(timeline.space(), 0, at, &clip, channel);
+    if (source != kNotFound) source = clsPlayedSource(clip, source, timeline.rate().fps);
     answers.push_back({channel, source == kNotFound ? nullptr : clip, source});
   }
 
