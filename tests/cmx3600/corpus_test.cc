@@ -14,6 +14,9 @@
 #include "cmx3600/rate_scan.h"
 #include "cmx3600/reader.h"
 #include "cmx3600/writer.h"
+#include "record/timecode.h"
+#include "support/test_clips.h"
+#include "tcs.h"
 
 namespace tcs::cmx3600 {
 namespace {
@@ -269,6 +272,59 @@ TEST(Cmx3600Corpus, TwinListsAndNotesAsWritten) {
   // and record out of line 4, the record in of line 9.
   const Read at24 = ReadText(Load("test_24"), timecode::MakeFrameRate(24, false));
   EXPECT_EQ(at24.warnings.at(W::kFramePastRate), 3);
+}
+
+// Read into a space through the translator, every list plays frame for
+// frame what a brute-force model of its events says: per track, each event
+// owns its record frames, a later one taking them from an earlier one.
+TEST(Cmx3600Corpus, SpacePlaysWhatTheEventsSayFrameForFrame) {
+  for (const Case& c : Cases()) {
+    SCOPED_TRACE(c.file);
+    const FrameRate rate = timecode::MakeFrameRate(c.fps, c.drop);
+    const std::string text = Load(c.file);
+    const Read read = ReadText(text, rate);
+    uint32_t first = UINT32_MAX, end = 0;
+    for (const Kept& e : read.events) {
+      first = std::min(first, e.recordIn);
+      end = std::max(end, e.recordOut);
+    }
+    const uint32_t window = end - first + 1;
+    std::vector<std::vector<const Kept*>> owner(64);  // empty: a track nothing plays on
+    for (const Kept& e : read.events) {
+      for (unsigned track = 0; track < 64; ++track) {
+        const uint32_t mask = track < 32 ? e.video : e.audio;
+        if (((mask >> (track % 32)) & 1u) == 0) continue;
+        if (owner[track].empty()) owner[track].assign(window, nullptr);
+        for (uint32_t f = e.recordIn; f < e.recordOut; ++f) owner[track][f - first] = &e;
+      }
+    }
+    EDLSETTINGS settings;
+    edlInitSettings(&settings, c.fps, c.drop ? 1 : 0);
+    tcs_test::OpenedSpace space;
+    ASSERT_EQ(edlReadText(space.get(), text.data(), text.size(), &settings, nullptr, nullptr), 0u);
+    // Every event's edges and the frames either side, and every 11th frame.
+    std::vector<uint32_t> frames;
+    for (const Kept& e : read.events) {
+      for (uint32_t f : {e.recordIn - 1, e.recordIn, e.recordIn + 1, e.recordOut - 1, e.recordOut}) {
+        if (f >= first && f <= end) frames.push_back(f);
+      }
+    }
+    for (uint32_t f = first; f <= end; f += 11) frames.push_back(f);
+    for (unsigned track = 0; track < 64; ++track) {  // a track's channel is its number
+      for (const uint32_t f : frames) {
+        CClip* clip = nullptr;
+        const uint32_t source = tcsTranslate(space.get(), 0, f, &clip, track);
+        const Kept* expected = owner[track].empty() ? nullptr : owner[track][f - first];
+        if (expected == nullptr) {
+          ASSERT_EQ(source, kNotFound) << "track " << track << " frame " << f;
+          continue;
+        }
+        ASSERT_NE(source, kNotFound) << "track " << track << " frame " << f;
+        ASSERT_EQ(clip->hostTag, expected->line) << "track " << track << " frame " << f;
+        ASSERT_EQ(source, expected->sourceIn + (f - expected->recordIn));
+      }
+    }
+  }
 }
 
 // Read, write at the rate read, read again: the same events, field for
