@@ -4,6 +4,7 @@
 #include <string>
 
 #include "cmx3600/reader.h"
+#include "platform/clip_speed.h"
 #include "platform/edl_rate.h"
 #include "platform/errlog.h"
 #include "record/timecode.h"
@@ -91,6 +92,8 @@ void OnEvent(void* context, const cmx3600::Event& event) {
   line.unused80 = event.number;
   line.recordIn = event.recordIn;
   line.recordOut = event.recordOut;
+  // The clip library keeps the speed with the record, through every edit.
+  if (event.hasSpeed) clsSetClipSpeed(&line.clip, event.speedMilliFps, event.speedEntry);
   line.transition = event.transition ? EDLLINE_WIPE : EDLLINE_CUT;
   line.effectCode = event.effectCode;
   line.effectDuration = event.effectDuration;
