@@ -219,7 +219,9 @@ ReadResult ReadOtioText(CTimeCodeSpace* space, std::string_view text, const Read
       if (children != nullptr && !children->is_array()) {
         throw ReadError(Status::kBadValue, "tracks: children is not a list");
       }
-      for (const Json& child : children ? *children : Json::array()) {
+      const size_t count = children != nullptr ? children->size() : 0;
+      for (size_t i = 0; i < count; ++i) {
+        const Json& child = (*children)[i];
         SchemaOf(child, "tracks");
         infos.push_back({NameOf(child), TextField(child, "kind").value_or("Video")});
         Flat flat = flattener.Composition(child, 1);
