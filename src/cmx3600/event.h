@@ -27,6 +27,13 @@ struct Event {
   uint32_t effectCode = 0;
   uint32_t effectDuration = 0;
   bool key = false;  // read from a key line (K, K B, K O): placed as a cut
+  // An M2 speed change: source frames per second in thousandths (negative:
+  // reverse; 0: a freeze frame), from source frame speedEntry on. The record
+  // in and out stay the event line's own.
+  bool hasSpeed = false;
+  int32_t speedMilliFps = 0;
+  uint32_t speedEntry = 0;
+  uint32_t speedLine = 0;  // the file line of the M2 line (reader only)
   std::string_view reel;
   std::string_view name;
   std::string_view clipName;  // the short clip name of this codec's own note

@@ -118,6 +118,28 @@ bool SplitReelAndTrack(std::string_view token, std::string_view& reel, TrackMask
   return false;
 }
 
+// "-025.0", "12.5", "047.56": up to three decimals, in thousandths.
+bool Speed(std::string_view text, int32_t& milli) {
+  const bool negative = !text.empty() && text[0] == '-';
+  if (negative || (!text.empty() && text[0] == '+')) text.remove_prefix(1);
+  const size_t dot = text.find('.');
+  const std::string_view whole = text.substr(0, dot);
+  const std::string_view fraction = dot == std::string_view::npos ? "" : text.substr(dot + 1);
+  uint32_t units = 0;
+  if (!Number(whole, units) || units > 99999 || fraction.size() > 3 ||
+      (!fraction.empty() && !AllDigits(fraction))) {
+    return false;
+  }
+  int32_t value = int32_t(units) * 1000;
+  int32_t scale = 100;
+  for (char c : fraction) {
+    value += int32_t(c - '0') * scale;
+    scale /= 10;
+  }
+  milli = negative ? -value : value;
+  return true;
+}
+
 }  // namespace
 
 bool IsBlank(char c) { return c == ' ' || c == '\t'; }
@@ -128,6 +150,33 @@ bool StartsWithUpper(std::string_view text, std::string_view upper_prefix) {
     if (Upper(text[i]) != upper_prefix[i]) return false;
   }
   return true;
+}
+
+const char* ParseSpeedLine(std::string_view line, SpeedFields& out) {
+  std::array<std::string_view, kMaxTokens + 1> tokens;
+  size_t count = 0;
+  for (size_t i = 0; i < line.size();) {
+    while (i < line.size() && IsBlank(line[i])) ++i;
+    const size_t begin = i;
+    while (i < line.size() && !IsBlank(line[i])) ++i;
+    if (i == begin) break;
+    if (count == kMaxTokens) return "too many fields";
+    tokens[count++] = line.substr(begin, i - begin);
+  }
+  if (count < 4 || !StartsWithUpper(tokens[0], "M2")) {
+    return "M2 line: expected a reel, a speed and a timecode";
+  }
+  SpeedFields fields;
+  size_t pos = 0;
+  if (!timecode::ScanTimecode(tokens[count - 1], pos, fields.entry) ||
+      pos != tokens[count - 1].size()) {
+    return "M2 line: no timecode at its end";
+  }
+  if (!Speed(tokens[count - 2], fields.milliFps)) return "M2 line: no speed (such as 012.5)";
+  const char* reel_end = tokens[count - 3].data() + tokens[count - 3].size();
+  fields.reel = std::string_view(tokens[1].data(), size_t(reel_end - tokens[1].data()));
+  out = fields;
+  return nullptr;
 }
 
 LineClass ClassifyLine(std::string_view line) {

@@ -82,6 +82,17 @@ struct EventFields {
 // with the line.
 const char* ParseEventLine(std::string_view line, EventFields& out);
 
+// An M2 line: "M2   REEL   -025.0   01:00:00:00", the speed in frames per
+// second of source (negative: reverse; 0: a freeze frame) from the source
+// timecode given. The speed is kept in thousandths.
+struct SpeedFields {
+  std::string_view reel;
+  int32_t milliFps = 0;
+  timecode::TimecodeText entry;
+};
+// nullptr, or what is wrong with the line.
+const char* ParseSpeedLine(std::string_view line, SpeedFields& out);
+
 // Letter case folding and prefix tests shared by the reader.
 bool StartsWithUpper(std::string_view text, std::string_view upper_prefix);
 bool IsBlank(char c);

@@ -102,8 +102,7 @@ bool EventReader::OnLine(std::string_view raw) {
       OnNote(line.body);
       return true;
     case LineKind::kSpeed:
-      Warn(lineNumber_, WarningKind::kSpeedIgnored,
-           "speed change (M2) ignored: the event keeps its record timing");
+      OnSpeed(line.body);
       return true;
     case LineKind::kSplit:
       Warn(lineNumber_, WarningKind::kSplitIgnored,
@@ -202,7 +201,9 @@ bool EventReader::OnEvent(std::string_view text) {
     comment.swap(p.comment);
     const bool has_comment = p.hasComment;
     std::string outgoing = p.hasTo ? p.toName : p.fromName;
+    std::string outgoing_reel = p.reel;
     Start(p, fields, times);
+    p.outgoingReel = std::move(outgoing_reel);
     p.comment.swap(comment);
     p.hasComment = has_comment;
     p.outgoingName = std::move(outgoing);
@@ -239,11 +240,14 @@ void EventReader::Start(Pending& p, const EventFields& fields, const uint32_t (&
   std::memcpy(p.times, times, sizeof p.times);
   p.video = fields.tracks.video;
   p.audio = fields.tracks.audio;
-  p.pair = p.hasFrom = p.hasTo = p.hasComment = p.ownEffect = false;
+  p.pair = p.hasFrom = p.hasTo = p.hasComment = p.ownEffect = p.hasSpeed = false;
+  p.speedMilliFps = 0;
+  p.speedEntry = p.speedLine = 0;
   p.reel.assign(fields.reel);
   p.fromName.clear();
   p.toName.clear();
   p.outgoingName.clear();
+  p.outgoingReel.clear();
   p.ownName.clear();
   p.comment.clear();
   p.clipName.clear();
@@ -274,6 +278,37 @@ bool EventReader::OnAudio(std::string_view numbers) {
   pending_.audio |= audio;
   if (key_.active) key_.audio |= audio;
   return true;
+}
+
+void EventReader::OnSpeed(std::string_view line) {
+  Pending& p = pending_;
+  SpeedFields fields;
+  if (const char* problem = ParseSpeedLine(line, fields)) {
+    Warn(lineNumber_, WarningKind::kSpeedIgnored, std::string(problem) + ": ignored");
+    return;
+  }
+  if (!p.active) {
+    Warn(lineNumber_, WarningKind::kSpeedIgnored, "M2 line before the first event ignored");
+    return;
+  }
+  if (fields.reel != std::string_view(p.reel)) {
+    Warn(lineNumber_, WarningKind::kSpeedIgnored,
+         p.pair && fields.reel == std::string_view(p.outgoingReel)
+             ? "speed change of the outgoing clip of a transition: not kept"
+             : "M2 line names another reel than its event's: ignored");
+    return;
+  }
+  timecode::FrameRate rate = rate_;
+  rate.dropFrame = sourceDrop_ && timecode::CanDropFrame(rate.fps);
+  uint32_t entry = 0;
+  if (timecode::TimecodeToFrames(fields.entry, rate, entry) == timecode::Count::kOutOfRange) {
+    Warn(lineNumber_, WarningKind::kSpeedIgnored, "M2 line: timecode out of range: ignored");
+    return;
+  }
+  p.hasSpeed = true;
+  p.speedMilliFps = fields.milliFps;
+  p.speedEntry = entry;
+  p.speedLine = lineNumber_;
 }
 
 void EventReader::OnFrameCode(std::string_view value) {
@@ -419,6 +454,10 @@ void EventReader::Emit(Pending& p) {
   event.hasComment = p.hasComment;
   event.clipName = p.clipName;
   event.outgoingName = p.outgoingName;
+  event.hasSpeed = p.hasSpeed;
+  event.speedMilliFps = p.speedMilliFps;
+  event.speedEntry = p.speedEntry;
+  event.speedLine = p.speedLine;
   event.key = p.edit == 'K';
   if (event.key) Warn(p.line, WarningKind::kKeyAsCut, "key edit placed as a cut");
   event.transition = p.edit == 'D' || p.edit == 'W';
@@ -432,38 +471,27 @@ void EventReader::Emit(Pending& p) {
   onEvent_(context_, event);
 }
 
-// Keeps, per track, what plays where as the space will lay it out (a later
-// event overwrites an earlier one) and reports each earlier event the new
-// one covers part of, once.
+// Reports each earlier event the new one covers part of, once, on any of
+// its tracks.
 void EventReader::CheckOverlap(const Event& event) {
   uint32_t reported[4] = {};
   size_t count = 0;
-  const uint32_t in = event.recordIn, out = event.recordOut;
-  for (unsigned track = 0; track < 64; ++track) {
-    const uint32_t mask = track < 32 ? event.video : event.audio;
-    if (((mask >> (track % 32)) & 1u) == 0) continue;
-    auto& spans = placed_[track];
-    auto it = spans.upper_bound(in);
-    if (it != spans.begin()) --it;
-    while (it != spans.end() && it->first < out) {
-      const uint32_t start = it->first, end = it->second.first, line = it->second.second;
-      if (end <= in) {
-        ++it;
-        continue;
-      }
-      bool seen = false;
-      for (size_t i = 0; i < count; ++i) seen |= reported[i] == line;
-      if (!seen && count < std::size(reported)) {
-        reported[count++] = line;
-        Warn(event.line, WarningKind::kOverlap,
-             "event lies over part of the event on line " + std::to_string(line) +
-                 " on the same track: the later one plays");
-      }
-      it = spans.erase(it);
-      if (start < in) spans.emplace(start, std::make_pair(in, line));
-      if (end > out) spans.emplace(out, std::make_pair(end, line));
+  const auto covered = [&](uint32_t earlier) {
+    for (size_t i = 0; i < count; ++i) {
+      if (reported[i] == earlier) return;
     }
-    spans.emplace(in, std::make_pair(out, event.line));
+    if (count == std::size(reported)) return;
+    reported[count++] = earlier;
+    Warn(event.line, WarningKind::kOverlap,
+         "event lies over part of the event on line " + std::to_string(earlier) +
+             " on the same track: the later one plays");
+  };
+  for (uint32_t mask = event.video; mask != 0; mask &= mask - 1) {
+    placed_[unsigned(__builtin_ctz(mask))].Lay(event.recordIn, event.recordOut, event.line, covered);
+  }
+  for (uint32_t mask = event.audio; mask != 0; mask &= mask - 1) {
+    placed_[32 + unsigned(__builtin_ctz(mask))].Lay(event.recordIn, event.recordOut, event.line,
+                                                   covered);
   }
 }
 

@@ -22,9 +22,11 @@
 //  - FCM: lines before the first event set the list's counting (record
 //    timecodes); every FCM: line sets the counting of the source timecodes of
 //    the events after it, as tools that mix drop and non-drop tapes write.
-//  - M2 and SPLIT: lines are reported and change no timing: an event keeps
-//    its record in and out; where its source length differs from its record
-//    length, its source out is moved to match (reported).
+//  - An M2 line naming the event's reel gives its speed; one naming the
+//    outgoing reel of a two-line transition is reported and not kept. Speed
+//    changes no timing: an event keeps its record in and out; where its
+//    source length differs from its record length, its source out is moved
+//    to match (reported). SPLIT: lines are reported.
 //  - An event over an earlier one on the same track is reported with both
 //    lines (the later one plays, as an overwrite does).
 //  - A zero-length event is reported and not handed on.
@@ -39,13 +41,13 @@
 #define TCS_CMX3600_READER_H_
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "cmx3600/event.h"
 #include "cmx3600/line.h"
+#include "cmx3600/track_spans.h"
 #include "cmx3600/warning.h"
 #include "timecode/frame_rate.h"
 
@@ -97,11 +99,16 @@ class EventReader {
     bool ownEffect = false;
     uint32_t ownCode = 0;
     uint32_t ownDuration = 0;
+    bool hasSpeed = false;
+    int32_t speedMilliFps = 0;
+    uint32_t speedEntry = 0;
+    uint32_t speedLine = 0;
     // Reused from event to event: their memory grows once, not per line.
     std::string reel;
     std::string fromName;
     std::string toName;
     std::string outgoingName;
+    std::string outgoingReel;
     std::string ownName;  // from a TCS NAME note; never empty when given
     std::string comment;
     std::string clipName;
@@ -111,6 +118,7 @@ class EventReader {
   bool OnLine(std::string_view line);
   bool OnEvent(std::string_view text);
   bool OnAudio(std::string_view numbers);
+  void OnSpeed(std::string_view line);
   void OnFrameCode(std::string_view value);
   void OnNote(std::string_view body);
   enum class Counted { kRead, kSkip, kStop };
@@ -139,9 +147,9 @@ class EventReader {
   Pending pending_;
   Pending key_;  // the key line of a K B pair
   std::string message_;
-  // Per track (video 0..31, audio 32..63): record in -> (record out, line)
-  // of what plays there, for reporting events laid over earlier ones.
-  std::vector<std::map<uint32_t, std::pair<uint32_t, uint32_t>>> placed_;
+  // Per track (video 0..31, audio 32..63): what plays there, for reporting
+  // events laid over earlier ones.
+  std::vector<TrackSpans> placed_;
 };
 
 }  // namespace tcs::cmx3600

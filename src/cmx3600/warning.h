@@ -24,7 +24,7 @@ enum class WarningKind : uint32_t {
   kTracksDropped = 9,     // tracks above 32
   kTransitionNumbers = 10,  // the two lines of a transition carry different numbers
   kKeyAsCut = 11,         // a key line placed as a cut
-  kSpeedIgnored = 12,     // M2: the event keeps its record timing
+  kSpeedIgnored = 12,     // an M2 line not kept (another clip's, unreadable), or not carried
   kSplitIgnored = 13,     // SPLIT:
   kZeroLength = 14,       // an event of no record length: not placed
   kSourceLength = 15,     // source length differs from the record's: source out moved

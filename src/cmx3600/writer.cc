@@ -109,6 +109,36 @@ void AppendTracksNote(std::string& out, const TrackSpelling& tracks) {
   out.append(kLineEnd);
 }
 
+// "M2   REEL       -025.0                01:00:00:00": the speed right-aligned
+// in twelve columns after the reel's eight, one decimal or as many as it
+// needs (up to three).
+void AppendSpeed(std::string& out, std::string_view reel, const Event& event,
+                 timecode::FrameRate rate) {
+  const int32_t milli = event.speedMilliFps;
+  const uint32_t size = milli < 0 ? uint32_t(-int64_t(milli)) : uint32_t(milli);
+  char speed[24];
+  size_t n = 0;
+  if (milli < 0) speed[n++] = '-';
+  const uint32_t whole = size / 1000;
+  char digits[12];
+  size_t d = 0;
+  for (uint32_t w = whole; w > 0 || d < 3; w /= 10) digits[d++] = char('0' + w % 10);
+  while (d > 0) speed[n++] = digits[--d];
+  speed[n++] = '.';
+  uint32_t fraction = size % 1000;
+  speed[n++] = char('0' + fraction / 100);
+  fraction %= 100;
+  if (fraction != 0) speed[n++] = char('0' + fraction / 10);
+  if (fraction % 10 != 0) speed[n++] = char('0' + fraction % 10);
+  out += "M2   ";
+  AppendPadded(out, reel, kReelWidth);
+  if (n < 12) out.append(12 - n, ' ');
+  out.append(speed, n);
+  out.append(16, ' ');
+  AppendTimecode(out, event.speedEntry, rate);
+  out.append(kLineEnd);
+}
+
 }  // namespace
 
 void AppendHeader(std::string& out, std::string_view title, timecode::FrameRate rate) {
@@ -132,21 +162,23 @@ void AppendEvent(std::string& out, const Event& line, uint32_t number, timecode:
   const bool own_effect = wipe ? (line.effectCode > kMaxCode || line.effectDuration > kMaxDuration)
                                : (line.effectCode != 0 || line.effectDuration != 0);
 
+  // The reel as the event line spells it. Blanks would split it in two for
+  // every reader, and control characters end a line for some.
+  char reel_field[kReelWidth];
+  size_t reel_length = 0;
+  if (plain_reel || !reel.empty()) {
+    for (char c : reel.substr(0, kReelWidth)) {
+      const auto u = static_cast<unsigned char>(c);
+      reel_field[reel_length++] = plain_reel ? c : (u <= 0x20 || u == 0x7F) ? '_' : c;
+    }
+  } else {
+    reel_field[reel_length++] = 'A';
+    reel_field[reel_length++] = 'X';
+  }
+  const std::string_view reel_text(reel_field, reel_length);
   AppendNumber(out, number, 3);
   out += "  ";
-  if (plain_reel) {
-    AppendPadded(out, reel, kReelWidth);
-  } else if (reel.empty()) {
-    AppendPadded(out, "AX", kReelWidth);
-  } else {
-    // Blanks would split the reel in two for every reader.
-    const size_t from = out.size();
-    AppendFlat(out, reel.substr(0, kReelWidth));
-    for (size_t i = from; i < out.size(); ++i) {
-      if (out[i] == ' ' || out[i] == 0x7F) out[i] = '_';
-    }
-    out.append(kReelWidth - (out.size() - from), ' ');
-  }
+  AppendPadded(out, reel_text, kReelWidth);
   out += ' ';
   AppendPadded(out, tracks.field, 4);
   out += "  ";
@@ -177,6 +209,7 @@ void AppendEvent(std::string& out, const Event& line, uint32_t number, timecode:
     if (tracks.aud4) out += "   4";
     out.append(kLineEnd);
   }
+  if (clip.hasSpeed) AppendSpeed(out, reel_text, clip, rate);
   const std::string_view name = clip.name;
   if (!name.empty()) AppendNote(out, "FROM CLIP NAME:", name);
   if (!clip.comment.empty()) {

@@ -20,7 +20,7 @@ void AppendHeader(std::string& out, std::string_view title, timecode::FrameRate 
 
 // Appends the lines of one event numbered `number`: the event line, an AUD
 // line for audio tracks 3 and 4, FROM CLIP NAME:, one COMMENT: line per line
-// of the comment, and the translator's own notes where needed. Appends only:
+// of the comment, and this codec's own notes where needed. Appends only:
 // a caller that reuses `out` allocates nothing once it has grown.
 void AppendEvent(std::string& out, const Event& event, uint32_t number, timecode::FrameRate rate);
 

@@ -91,6 +91,12 @@ void OnEvent(void* context, const cmx3600::Event& event) {
   line.unused80 = event.number;
   line.recordIn = event.recordIn;
   line.recordOut = event.recordOut;
+  if (event.hasSpeed) {
+    Report(import, event.speedLine, cmx3600::WarningKind::kSpeedIgnored,
+           "speed change (M2) not carried into the space: the clip keeps its record timing and "
+           "plays its source at normal speed",
+           false);
+  }
   line.transition = event.transition ? EDLLINE_WIPE : EDLLINE_CUT;
   line.effectCode = event.effectCode;
   line.effectDuration = event.effectDuration;

@@ -23,6 +23,12 @@ char* PutDigits(uint64_t value, size_t min_width, char* out) {
   return out;
 }
 
+char* PutTwoDigits(uint64_t value, char* out) {
+  out[0] = char('0' + value / 10);
+  out[1] = char('0' + value % 10);
+  return out + 2;
+}
+
 // Reads exactly `width` digits.
 bool Digits(std::string_view text, size_t pos, size_t width, uint32_t& value) {
   if (pos + width > text.size()) return false;
@@ -58,13 +64,14 @@ size_t FormatTimecode(uint32_t frames, FrameRate rate, char* out) {
     if (rest > drop) number += drop * ((rest - drop) / per_minute);
   }
   const uint64_t total_seconds = number / fps;
-  char* p = PutDigits(total_seconds / 3600, 2, out);
+  const uint64_t hours = total_seconds / 3600;
+  char* p = hours < 100 ? PutTwoDigits(hours, out) : PutDigits(hours, 2, out);
   *p++ = ':';
-  p = PutDigits(total_seconds / 60 % 60, 2, p);
+  p = PutTwoDigits(total_seconds / 60 % 60, p);
   *p++ = ':';
-  p = PutDigits(total_seconds % 60, 2, p);
+  p = PutTwoDigits(total_seconds % 60, p);
   *p++ = rate.dropFrame && CanDropFrame(rate.fps) ? ';' : ':';
-  p = PutDigits(number % fps, fps > 100 ? 3 : 2, p);
+  p = fps > 100 ? PutDigits(number % fps, 3, p) : PutTwoDigits(number % fps, p);
   return size_t(p - out);
 }
 

@@ -32,6 +32,8 @@ struct Kept {
   bool transition;
   uint32_t code, duration;
   std::string reel, name, comment, clipName;
+  int32_t speed;  // INT32_MIN: none
+  uint32_t speedEntry;
   bool operator==(const Kept&) const = default;
 };
 
@@ -49,7 +51,8 @@ Read ReadText(const std::string& text, FrameRate rate) {
         static_cast<Read*>(c)->events.push_back(
             {e.line, e.sourceIn, e.sourceOut, e.recordIn, e.recordOut, e.video, e.audio,
              e.transition, e.effectCode, e.effectDuration, std::string(e.reel),
-             std::string(e.name), std::string(e.comment), std::string(e.clipName)});
+             std::string(e.name), std::string(e.comment), std::string(e.clipName),
+             e.hasSpeed ? e.speedMilliFps : INT32_MIN, e.hasSpeed ? e.speedEntry : 0});
       },
       [](void* c, const Warning& w) {
         auto& read = *static_cast<Read*>(c);
@@ -98,8 +101,8 @@ const std::vector<Case>& Cases() {
   constexpr uint32_t kDfHour = 107892;
   static const std::vector<Case> cases = {
       // 590 event lines, 53 of them the outgoing half of a transition whose
-      // incoming line gives a duration and no edit type; 272 M2 lines. Its
-      // records overlap. Line 14 follows FCM: DROP FRAME: its source counts
+      // incoming line gives a duration and no edit type; 272 M2 lines, 11 of
+      // them naming the outgoing reel of a transition. Its records overlap. Line 14 follows FCM: DROP FRAME: its source counts
       // drop-frame, its record as the list (NON-DROP); line 27 follows
       // FCM: NON-DROP FRAME again.
       {"070816_EG101_HEISTS_ROUGH_CUT_SOURCES_PART_1", 30, false, {{"V1", 537}},
@@ -107,22 +110,22 @@ const std::vector<Case>& Cases() {
          "QEVL1ESCP001.NEW.01"},
         {27, Tc(0, 1, 1, 10, 30), Tc(1, 0, 3, 1, 30), Tc(1, 0, 3, 11, 30), 8,
          "QEVL1HEIS395.NEW.01"}},
-       {{W::kImpliedDissolve, 53}, {W::kSpeedIgnored, 272}, {W::kSourceLength, 403},
+       {{W::kImpliedDissolve, 53}, {W::kSpeedIgnored, 11}, {W::kSourceLength, 403},
         {W::kOverlap, 173}}},
       // 588 single-track lines on A7 to A10; 14 whose source runs longer
       // than its record.
       {"12_16_TL01_MUSIC", 30, true, {{"A7", 158}, {"A8", 158}, {"A9", 136}, {"A10", 136}},
        {{3, kDfHour + 20, kDfHour + 11 * 30 + 4, kDfHour + 11 * 30 + 19, 0, "BFD_CHILI.MP3"}},
        {{W::kSourceLength, 14}}},
-      // 33 event lines, three the outgoing halves of dissolves; M2 lines;
-      // ^Z padding at the end.
+      // 33 event lines, three the outgoing halves of dissolves; five M2
+      // lines, one after a dissolve naming its outgoing reel; ^Z padding.
       {"45S_SAMPLE", 25, false, {{"V1", 30}},
        {{2, Tc(4, 0, 57, 5, 25), Tc(10, 0, 0, 0, 25), Tc(10, 0, 1, 5, 25), 0, ""},
         {41, 0, Tc(10, 0, 41, 9, 25), Tc(10, 0, 42, 16, 25), 32, ""}},
-       {{W::kSpeedIgnored, 5}}},
+       {{W::kSpeedIgnored, 1}}},
       {"FCP_REVERSE", 24, false, {{"V1", 1}},
        {{4, Tc(1, 0, 39, 23, 24), Tc(1, 0, 0, 0, 24), Tc(1, 0, 40, 0, 24), 0, "BARS_40S.MOV"}},
-       {{W::kSpeedIgnored, 1}}},
+       {}},
       // K B (the background, placed) then a key of no record length.
       {"KEY_TRANSITION", 30, true, {{"V1", 1}},
        {{4, 66 * 30 + 6 - 2, kDfHour + 4 * 30 + 10, kDfHour + 6 * 30 + 7, 0,
@@ -138,11 +141,11 @@ const std::vector<Case>& Cases() {
       // Nine source frames for ten record frames, at half speed.
       {"TIMEWARP_HALF", 24, false, {{"V1", 1}},
        {{4, Tc(3, 3, 19, 19, 24), Tc(1, 0, 4, 3, 24), Tc(1, 0, 4, 13, 24), 0, ""}},
-       {{W::kSpeedIgnored, 1}, {W::kSourceLength, 1}}},
+       {{W::kSourceLength, 1}}},
       // Dissolves from black; lines labelled without '*'; ^Z and NUL padding.
       {"TRAILER_EDL", 25, false, {{"V1", 32}},
        {{5, Tc(6, 42, 50, 18, 25), Tc(1, 0, 0, 0, 25), Tc(1, 0, 1, 20, 25), 43, "TAPE_6-10.MOV"}},
-       {{W::kSpeedIgnored, 4}}},
+       {{W::kSpeedIgnored, 1}}},
       {"cdl", 24, false, {{"V1", 2}},
        {{9, Tc(1, 0, 4, 5, 24), Tc(0, 0, 1, 7, 24), Tc(0, 0, 2, 14, 24), 0, "ZZ100_501 (LAY3)"}},
        {}},
@@ -150,7 +153,7 @@ const std::vector<Case>& Cases() {
       {"cmx3600_5994", 60, true, {{"V1", 9}},
        {{3, Tc(1, 49, 40, 2, 60) - 4 * 99, 215784, 215784 + 6 * 60 + 34, 0,
          "ACC112 WARBIRDS.NEW.01"}},
-       {{W::kSpeedIgnored, 3}, {W::kSourceLength, 3}, {W::kOverlap, 2}}},
+       {{W::kSourceLength, 3}, {W::kOverlap, 2}}},
       {"dissolve_test_2", 24, false, {{"V1", 3}},
        {{6, Tc(1, 0, 8, 4, 24), Tc(1, 0, 0, 5, 24), Tc(1, 0, 0, 15, 24), 10, "clip_B"}}, {}},
       // The outgoing cut is event 001, the dissolve event 002: said so.
@@ -162,11 +165,11 @@ const std::vector<Case>& Cases() {
       {"file32", 30, true, {{"V1", 9}},
        {{3, Tc(1, 49, 40, 1, 30) - 2 * 99, kDfHour, kDfHour + 6 * 30 + 17, 0,
          "ACC112 WARBIRDS.NEW.01"}},
-       {{W::kSpeedIgnored, 3}, {W::kSourceLength, 3}, {W::kOverlap, 2}}},
+       {{W::kSourceLength, 3}, {W::kOverlap, 2}}},
       {"genius__cmx3600", 30, true, {{"V1", 9}},
        {{3, Tc(1, 49, 40, 1, 30) - 2 * 99, kDfHour, kDfHour + 6 * 30 + 17, 0,
          "ACC112 WARBIRDS.NEW.01"}},
-       {{W::kSpeedIgnored, 3}, {W::kSourceLength, 3}, {W::kOverlap, 2}}},
+       {{W::kSourceLength, 3}, {W::kOverlap, 2}}},
       // Records start before the hour.
       {"nucoda_example", 24, false, {{"V1", 2}},
        {{2, Tc(1, 0, 4, 5, 24), Tc(0, 59, 53, 11, 24), Tc(0, 59, 54, 18, 24), 0, "take_1"}}, {}},
@@ -178,11 +181,11 @@ const std::vector<Case>& Cases() {
       {"speed_effects_small", 24, false, {{"V1", 5}},
        {{5, Tc(1, 0, 10, 21, 24), Tc(1, 8, 30, 0, 24), Tc(1, 8, 30, 17, 24), 0,
          "Z682_156 (LAY3) FF"}},
-       {{W::kSpeedIgnored, 3}, {W::kSourceLength, 2}}},
+       {{W::kSourceLength, 2}}},
       // Frame 24: 25 fps. AUD 3 4 after a note; 004 and 005 share a range.
       {"test_24", 25, false, {{"V1", 7}, {"A1", 3}, {"A2", 3}, {"A3", 1}, {"A4", 1}},
        {{9, 0, Tc(0, 0, 59, 24, 25), Tc(0, 1, 30, 0, 25), 0, "clip -3"}},
-       {{W::kSpeedIgnored, 2}, {W::kSourceLength, 1}, {W::kOverlap, 1}}},
+       {{W::kSourceLength, 1}, {W::kOverlap, 1}}},
       // D 026 over a record span of 73 frames.
       {"transition_duration", 24, false, {{"V1", 4}},
        {{6, Tc(1, 0, 10, 8, 24), Tc(1, 0, 56, 8, 24), Tc(1, 0, 59, 9, 24), 26, ""}}, {}},
@@ -245,6 +248,23 @@ TEST(Cmx3600Corpus, TwinListsAndNotesAsWritten) {
   const Read premiere = ReadText(Load("premiere_example"), timecode::MakeFrameRate(24, false));
   EXPECT_EQ(premiere.events[0].reel, "AX");
 
+  // M2 lines: reverse, a freeze frame, half speed, each from its source in.
+  struct Speed {
+    const char* file;
+    uint32_t fps;
+    size_t event;
+    int32_t speed;
+  };
+  for (const Speed& s : {Speed{"FCP_REVERSE", 25, 0, -25000}, Speed{"speed_effects_small", 24, 1, 0},
+                         Speed{"speed_effects_small", 24, 4, 47600},
+                         Speed{"TIMEWARP_HALF", 25, 0, 12500}, Speed{"45S_SAMPLE", 25, 11, 12500}}) {
+    SCOPED_TRACE(s.file);
+    const Read read = ReadText(Load(s.file), timecode::MakeFrameRate(s.fps, false));
+    ASSERT_GT(read.events.size(), s.event);
+    EXPECT_EQ(read.events[s.event].speed, s.speed);
+    EXPECT_EQ(read.events[s.event].speedEntry, read.events[s.event].sourceIn);
+  }
+
   // Told 24, test_24 says where its frame fields pass the rate: the source
   // and record out of line 4, the record in of line 9.
   const Read at24 = ReadText(Load("test_24"), timecode::MakeFrameRate(24, false));
@@ -278,6 +298,9 @@ TEST(Cmx3600Corpus, ReadWriteReadKeepsEveryEvent) {
       e.comment = k.comment;
       e.hasComment = !k.comment.empty();
       e.clipName = k.clipName;
+      e.hasSpeed = k.speed != INT32_MIN;
+      e.speedMilliFps = e.hasSpeed ? k.speed : 0;
+      e.speedEntry = k.speedEntry;
       AppendEvent(written, e, ++number, rate);
     }
     Read again = ReadText(written, timecode::MakeFrameRate(30, false));

@@ -1,6 +1,8 @@
 // The EDL reader on texts laid out as other tools write them, on broken
 // texts, and on what the writer makes of random lines.
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <random>
 #include <string>
 #include <vector>
@@ -25,6 +27,8 @@ struct Kept {
   uint32_t sourceIn, sourceOut, recordIn, recordOut, video, audio, code, duration;
   std::string reel, name, comment, clipName;
   bool transition = kCut;
+  int32_t speed = INT32_MIN;  // none
+  uint32_t speedEntry = 0;
   bool operator==(const Kept&) const = default;
 };
 
@@ -39,7 +43,8 @@ void Collect(void* context, const Event& e) {
   auto& result = *static_cast<Result*>(context);
   result.events.push_back({e.sourceIn, e.sourceOut, e.recordIn, e.recordOut, e.video, e.audio,
                            e.effectCode, e.effectDuration, std::string(e.reel), std::string(e.name),
-                           std::string(e.comment), std::string(e.clipName), e.transition});
+                           std::string(e.comment), std::string(e.clipName), e.transition,
+                           e.hasSpeed ? e.speedMilliFps : INT32_MIN, e.speedEntry});
   result.lines.push_back(e.line);
 }
 
@@ -96,7 +101,7 @@ TEST(Cmx3600Reader, ReadsWhatOtherToolsWrite) {
       {2 * kHour, 2 * kHour + 90, kHour + 210, kHour + 300, 1, 0, 0, 30, "TAPE02", "incoming.mov",
        "EFFECTS NAME IS CROSS DISSOLVE", "", kTransition},
       {0, 60, kHour + 300, kHour + 360, 0, 1, 0, 0, "AX", "slow.wav", "FROM CLIP: C:\\Media\\slow.wav",
-       ""},
+       "", kCut, 50000, 0},
       {60, 90, kHour + 360, kHour + 390, 1, 2, 0, 12, "AX", "", "", "", kTransition},
       {0, 30, kHour + 390, kHour + 420, 1, 1, 2, 45, "R2", "", "a note of the editor", "",
        kTransition},
@@ -104,9 +109,9 @@ TEST(Cmx3600Reader, ReadsWhatOtherToolsWrite) {
   Result crlf = Read(crlf_tool);
   EXPECT_TRUE(crlf.read);
   EXPECT_EQ(crlf.events, expected);
-  // M2 and SPLIT are warned about with their line numbers.
+  // The M2 line gives event 004 its speed; SPLIT is warned about.
   const std::vector<std::pair<uint32_t, WarningKind>> crlf_warnings = {
-      {20, WarningKind::kSpeedIgnored}, {29, WarningKind::kSplitIgnored}};
+      {29, WarningKind::kSplitIgnored}};
   EXPECT_EQ(crlf.warnings, crlf_warnings);
 
   // Drop-frame over ':' timecodes (00:10:00:00 is frame 17982), six-digit
@@ -242,6 +247,78 @@ TEST(Cmx3600Writer, CutAndTransitionLinesShareColumns) {
   EXPECT_EQ(text, expected);
 }
 
+// Lists laid out any way a tool may lay them: number widths, reels of any
+// length, any run of blanks between fields, ':' or '.' separators, frame
+// counts, AUD lines, notes, and lines no reader knows among the events. Every
+// event comes back as written, and each unknown line after the first event
+// is named once, by its line.
+TEST(Cmx3600Reader, ReadsFieldsWhateverTheColumnsAndSkipsOnlyWhatItCannotRead) {
+  const char* seed_text = std::getenv("TCS_TEST_SEED");
+  const uint32_t seed = seed_text != nullptr ? uint32_t(std::strtoul(seed_text, nullptr, 10)) : 301;
+  std::mt19937 rng(seed);
+  struct Track {
+    const char* field;
+    uint32_t video, audio;
+  };
+  const Track tracks[] = {{"V", 1, 0},    {"A", 0, 1},    {"AA", 0, 3}, {"B", 1, 1},   {"AA/V", 1, 3},
+                          {"A2", 0, 2},   {"A3", 0, 4},   {"NONE", 0, 0}, {"V2", 2, 0}, {"a2/v", 1, 2}};
+  const auto blanks = [&] { return std::string(1 + rng() % 6, ' '); };
+  const auto timecode = [&](uint32_t frames) {
+    const char sep = rng() % 4 == 0 ? '.' : ':';
+    char text[32];
+    std::snprintf(text, sizeof text, "%02u%c%02u%c%02u%c%02u", frames / 90000, sep,
+                  frames / 1500 % 60, sep, frames / 25 % 60, sep, frames % 25);
+    return std::string(text);
+  };
+  for (int round = 0; round < 20; ++round) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed << " round " << round);
+    std::string text = "TITLE: any layout\nEDIT DECISION LIST BY SOME TOOL\n";
+    uint32_t line = 2;
+    Result expected;
+    uint32_t record = 90000 + rng() % 1000;
+    for (uint32_t n = 1; n <= 60; ++n) {
+      const Track& track = tracks[rng() % std::size(tracks)];
+      std::string reel;
+      for (size_t i = 0, length = 1 + rng() % 20; i < length; ++i) {
+        reel += "ABCXYZ0123456789_"[rng() % 17];
+      }
+      const uint32_t length = 1 + rng() % 100;
+      const uint32_t source = rng() % 2000000;
+      const bool dissolve = rng() % 4 == 0;
+      const uint32_t duration = dissolve ? rng() % 100 : 0;
+      char number[16];
+      std::snprintf(number, sizeof number, "%0*u", int(3 + rng() % 4), n);
+      std::string event = std::string(number) + blanks() + reel + blanks() + track.field + blanks();
+      event += dissolve ? "D" + blanks() + std::to_string(duration) : std::string("C");
+      const uint32_t times[4] = {source, source + length, record, record + length};
+      const bool counts = rng() % 8 == 0;
+      for (uint32_t t : times) event += blanks() + (counts ? std::to_string(t) : timecode(t));
+      text += event + (rng() % 3 == 0 ? "   \r\n" : "\n");
+      ++line;
+      Kept kept{times[0], times[1], times[2], times[3], track.video, track.audio, 0, duration,
+                reel, "", "", "", dissolve};
+      if (rng() % 5 == 0) {
+        text += "AUD  3    4\n";
+        ++line;
+        kept.audio |= 0xC;
+      }
+      if (rng() % 4 == 0) {
+        text += "%% a line no reader knows " + std::to_string(n) + "\n";
+        expected.warnings.emplace_back(++line, WarningKind::kUnknownLine);
+      }
+      expected.events.push_back(kept);
+      record += length + rng() % 3;
+    }
+    const Result read = Read(text, MakeFrameRate(25, false));
+    EXPECT_TRUE(read.read);
+    ASSERT_EQ(read.events.size(), expected.events.size());
+    for (size_t i = 0; i < read.events.size(); ++i) {
+      ASSERT_EQ(read.events[i], expected.events[i]) << "event " << i + 1 << " in\n" << text;
+    }
+    EXPECT_EQ(read.warnings, expected.warnings);
+  }
+}
+
 std::string RandomText(std::mt19937& rng, size_t max_words, bool lines) {
   static const char* const kWords[] = {"take", "A001C003", "crowd", "C:\\media\\x.mov", "über",
                                        "*", "FROM CLIP NAME:", "00:00:01:00", "a/b", "#7"};
@@ -298,6 +375,11 @@ TEST(Cmx3600Reader, ReadsBackWhatTheWriterWrites) {
       line.comment = comment;
       line.hasComment = !comment.empty();
       line.clipName = clip_name;
+      // Speeds: reverse, freeze, slow, with up to three decimals.
+      const int32_t speeds[] = {-25000, 0, 12500, 47560, 108500, 999999, -1, 5};
+      line.hasSpeed = rng() % 3 == 0;
+      line.speedMilliFps = line.hasSpeed ? speeds[rng() % std::size(speeds)] : 0;
+      line.speedEntry = line.hasSpeed ? line.sourceIn : 0;
       AppendEvent(text, line, n, rate);
       Collect(&written, line);
     }

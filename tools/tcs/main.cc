@@ -37,7 +37,7 @@ std::vector<OptionSpec> ReadOptionsAnd(std::vector<OptionSpec> more,
 const std::vector<Command>& Commands() {
   static const std::vector<Command> commands = {
       {"info", "the clips of an EDL, a table per channel",
-       "usage: tcs info FILE.edl [--fps RATE] [--json] [--strict] [--quiet] [--warnings N|all]\n\n"
+       "usage: tcs info FILE.edl [--fps RATE] [--json]\n\n"
        "Reads FILE.edl and prints the rate it is counted at and why, then, per\n"
        "channel, every clip's record in and out, source in and out, transition,\n"
        "reel and name, then the totals.\n",
