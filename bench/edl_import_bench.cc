@@ -43,7 +43,12 @@ struct Events {
       record += length;
       texts.push_back("Clip_" + std::to_string(i) + ".mov");
       line.clip.name = texts.back().data();
-      texts.push_back("A" + std::to_string(i % 500) + "C00" + std::to_string(i % 7));
+      // Appended, not a chain of +, which GCC 12 -O3 warns of falsely.
+      std::string reel = "A";
+      reel += std::to_string(i % 500);
+      reel += "C00";
+      reel += std::to_string(i % 7);
+      texts.push_back(std::move(reel));
       line.clip.reel = texts.back().data();
       if (i % 10 == 0) {
         texts.push_back("checked by editor");

@@ -11,6 +11,7 @@
 #include "platform/qvos.h"
 #include "platform/vsync.h"
 #include "record/clip_info.h"
+#include "platform/clip_speed.h"
 #include "space/clip_callback.h"
 #include "space/space_api.h"
 #include "record/tcs_clip.h"

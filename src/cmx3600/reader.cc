@@ -446,9 +446,12 @@ void EventReader::Emit(Pending& p) {
   event.sourceIn = p.times[0];
   event.sourceOut = p.times[1];
   if (p.times[1] - p.times[0] != record_length || p.times[1] < p.times[0]) {
-    // The clip's length on the timeline comes from its source points.
-    Warn(p.line, WarningKind::kSourceLength,
-         "source length differs from record length: source out set from the record");
+    // The clip's length on the timeline comes from its source points. A
+    // speed says why they differ; without one, the file is said to.
+    if (!p.hasSpeed) {
+      Warn(p.line, WarningKind::kSourceLength,
+           "source length differs from record length: source out set from the record");
+    }
     event.sourceOut = p.times[0] + record_length;
   }
   event.recordIn = p.times[2];

@@ -24,6 +24,9 @@ struct Clip {
   bool transition;
   uint32_t effectCode;
   uint32_t effectDuration;
+  bool hasSpeed;
+  int32_t speedMilliFps;
+  uint32_t speedEntry;
   std::string_view reel;
   std::string_view name;
   std::string_view clipName;
@@ -33,7 +36,7 @@ struct Clip {
   // Everything an event carries, in the order events are written.
   auto Key() const {
     return std::tie(start, length, sourceIn, sourceOut, transition, effectCode, effectDuration,
-                    reel, name, clipName, comment);
+                    hasSpeed, speedMilliFps, speedEntry, reel, name, clipName, comment);
   }
 };
 
@@ -57,6 +60,7 @@ Clip ClipOf(const TCSCLIP& row) {
     clip.name = View(row.info->name);
     clip.clipName = View(row.info->clipName);
     clip.comment = View(row.info->comment);
+    clip.hasSpeed = clsGetClipSpeed(row.info, &clip.speedMilliFps, &clip.speedEntry) != 0;
   }
   return clip;
 }
@@ -112,6 +116,9 @@ cmx3600::Event EventOf(const Clip& clip) {
   event.transition = clip.transition;
   event.effectCode = clip.effectCode;
   event.effectDuration = clip.effectDuration;
+  event.hasSpeed = clip.hasSpeed;
+  event.speedMilliFps = clip.speedMilliFps;
+  event.speedEntry = clip.speedEntry;
   event.reel = clip.reel;
   event.name = clip.name;
   event.clipName = clip.clipName;

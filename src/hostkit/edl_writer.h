@@ -1,12 +1,13 @@
 // The CMX 3600 text of a whole space, read through the listing entry points:
 // every clip of every channel once. Clips that agree in everything an event
 // line and its notes carry (record start and length, source in and out,
-// reel, name, clip name, comment, transition) and play on different
+// reel, name, clip name, comment, transition, speed) and play on different
 // channels share one event; any other two clips are two events. Unlike the
 // export walk of tcsWriteEdl, nothing is passed over. Where a moved clip
 // lies over the next one on its channel, each is written with the frames it
 // plays (up to the next start), which is what reading the list back plays.
-// Aux channels go on this codec's TCS AUX note. For hosts (C entry points
+// A speed the clip library keeps with a clip goes on an M2 line; aux
+// channels on the codec's TCS AUX note. For hosts (C entry points
 // only). Safe from any thread that may read the space.
 #ifndef TCS_HOSTKIT_EDL_WRITER_H_
 #define TCS_HOSTKIT_EDL_WRITER_H_

@@ -5,6 +5,7 @@
 
 #include "cmx3600/reader.h"
 #include "platform/clip.h"
+#include "platform/clip_speed.h"
 #include "platform/edl_rate.h"
 #include "platform/errlog.h"
 #include "record/timecode.h"
@@ -113,12 +114,8 @@ void OnEvent(void* context, const cmx3600::Event& event) {
   line.unused80 = event.number;
   line.recordIn = event.recordIn;
   line.recordOut = event.recordOut;
-  if (event.hasSpeed) {
-    Report(import, event.speedLine, cmx3600::WarningKind::kSpeedIgnored,
-           "speed change (M2) not carried into the space: the clip keeps its record timing and "
-           "plays its source at normal speed",
-           false);
-  }
+  // The clip library keeps the speed with the record, through every edit.
+  if (event.hasSpeed) clsSetClipSpeed(&line.clip, event.speedMilliFps, event.speedEntry);
   line.transition = event.transition ? EDLLINE_WIPE : EDLLINE_CUT;
   line.effectCode = event.effectCode;
   line.effectDuration = event.effectDuration;

@@ -364,6 +364,18 @@ std::vector<Row> Rows() {
        {"edlReadFile(/nonexistent-dir/in.edl): cannot open or read the file (0xFFFFFFFF)"}},
       {"edlReadFile", kPopulated, "malformed EDL in strict mode (the first event line cannot be read)",
        ReadMalformed, 0xA8087013, kNoLog},
+      {"edlReadText", kNull, any,
+       [](Scene& f) { return edlReadText(f.h, "", 0, nullptr, nullptr, nullptr); }, 0xA8080005,
+       {"edlReadText: no space (0xA8080005)"}},
+      {"edlReadText", kPopulated, "a null text of nonzero size",
+       [](Scene& f) { return edlReadText(f.h, nullptr, 5, nullptr, nullptr, nullptr); },
+       0xA8087013, {"edlReadText: no text (0xA8087013)"}},
+      {"clsPlayedSource", kPopulated, "a null clip",
+       [](Scene&) {
+         clsSetClipSpeed(nullptr, 1000, 0);
+         return clsPlayedSource(nullptr, 77, 30) + uint32_t(clsGetClipSpeed(nullptr, nullptr, nullptr));
+       },
+       77, kNoLog},
   };
 }
 

@@ -294,6 +294,16 @@ class Tool(unittest.TestCase):
         for rate in ("23.98", "29.97df", "59.94df", "48", "120"):
             self.assertEqual(tcs("info", EXAMPLE, "--fps", rate).returncode, 0, rate)
 
+    # M2 speeds: shown by info, and at gives the source frame they play.
+    def test_speeds(self):
+        reverse = "tests/data/edl/FCP_REVERSE.edl"  # -25.0 from 01:00:39:23, read at 25
+        clip = channel(tcs_json("info", reverse, "--fps", "25"), "V1")[0]
+        self.assertEqual(clip["speed"], "-25.0")
+        at = tcs_json("at", reverse, "01:00:00:10", "--fps", "25")
+        self.assertEqual(at["channels"][0]["clip"]["source"], "01:00:39:13")
+        self.assertIn(" speed ", tcs("info", reverse, "--fps", "25").stdout)
+        self.assertNotIn("speed", tcs("info", EXAMPLE).stdout)
+
     # Names in bytes that are not UTF-8 are kept; the JSON stays UTF-8.
     def test_names_that_are_not_utf8(self):
         edl = self.path("latin.edl")

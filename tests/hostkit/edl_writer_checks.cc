@@ -25,7 +25,16 @@ using tcs::timecode::FrameRate;
 
 // A clip as a list carries it.
 using Carried = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t, std::string, std::string,
-                           std::string, std::string, bool, uint32_t, uint32_t>;
+                           std::string, std::string, bool, uint32_t, uint32_t, int32_t, uint32_t>;
+
+// The speed of a clip as thousandths of a frame per second and its first
+// source frame; a clip without one says 1 frame per second in reverse, a
+// speed the random lists never give.
+std::pair<int32_t, uint32_t> SpeedOf(const CLIPINFO& info) {
+  std::pair<int32_t, uint32_t> speed{-1000, 0};
+  clsGetClipSpeed(&info, &speed.first, &speed.second);
+  return speed;
+}
 
 std::string Str(const char* text) { return text != nullptr ? text : ""; }
 
@@ -58,9 +67,10 @@ class Space {
         for (unsigned int i = 0; i < count; ++i) {
           const TCSCLIP& r = rows[i];
           const CLIPINFO info = r.info != nullptr ? *r.info : CLIPINFO{};
+          const auto [milli, entry] = SpeedOf(info);
           clips.emplace_back(channel, r.start, r.length, r.sourceIn, Str(info.name), Str(info.reel),
                              Str(info.clipName), Str(info.comment), r.effectText[0] != '\0',
-                             r.effectCode, r.effectDuration);
+                             r.effectCode, r.effectDuration, milli, entry);
         }
       } while (from != TCS_NO_TIMECODE && count > 0);
     }
@@ -109,7 +119,8 @@ std::string PlayingAt(const Space& space, uint32_t channel, uint32_t frame) {
     if (r.start > frame || frame - r.start >= r.length) continue;
     const CLIPINFO info = r.info != nullptr ? *r.info : CLIPINFO{};
     return std::to_string(r.sourceIn + frame - r.start) + "|" + Str(info.name) + "|" +
-           Str(info.reel) + "|" + Str(info.clipName) + "|" + Str(info.comment);
+           Str(info.reel) + "|" + Str(info.clipName) + "|" + Str(info.comment) + "|" +
+           std::to_string(SpeedOf(info).first);
   }
   return "gap";
 }
@@ -180,7 +191,8 @@ TEST(EdlWriter, RealListsComeBackClipForClip) {
 
 // Random lists on every channel, aux included: events on random sets of
 // channels, many starting together with the same source and differing only
-// in reel, name, clip name, comment or transition, come back clip for clip;
+// in reel, name, clip name, comment, transition or speed, come back clip
+// for clip;
 // after moves that lay clips over their neighbours, what plays comes back
 // frame for frame.
 TEST(EdlWriter, RandomSpacesComeBackClipForClip) {
@@ -211,6 +223,12 @@ TEST(EdlWriter, RandomSpacesComeBackClipForClip) {
       e.transition = rng() % 4 == 0;
       e.effectCode = e.transition && rng() % 2 ? 1 + rng() % 20 : 0;
       e.effectDuration = e.transition ? rng() % 40 : 0;
+      if (rng() % 5 == 0) {
+        const int32_t speeds[] = {0, 12500, -25000, 60000, 30000};
+        e.hasSpeed = true;
+        e.speedMilliFps = speeds[rng() % std::size(speeds)];
+        e.speedEntry = e.sourceIn;
+      }
       tcs::cmx3600::AppendEvent(text, e, n, rate);
     }
     Space space;

@@ -90,3 +90,51 @@ TEST(EdlReadText, WarningsAsDataStrictModeAndTheSpacesRules) {
 }
 
 }  // namespace
+
+namespace {
+
+CClip* ClipAt(CTimeCodeSpace* space, uint32_t frame, uint32_t* source) {
+  CClip* clip = nullptr;
+  *source = tcsTranslate(space, 0, frame, &clip, 0);
+  return clip;
+}
+
+// An M2 speed stays with its clip, also with both halves of a clip a later
+// event splits, and the clip library plays the source it says: half speed,
+// reverse, a freeze frame, rounded down.
+TEST(EdlReadText, SpeedsStayWithTheirClipsThroughEdits) {
+  const std::string text =
+      "001  AX  V  C  00:00:00:00 00:00:01:00 00:00:00:00 00:00:02:00\n"
+      "M2   AX       015.0                00:00:00:00\n"
+      "002  BX  V  C  00:00:10:00 00:00:10:05 00:00:00:20 00:00:00:25\n"
+      "003  CX  V  C  00:01:00:00 00:01:01:00 00:00:03:00 00:00:04:00\n"
+      "M2   CX      -030.0                00:01:00:00\n"
+      "004  DX  V  C  00:02:00:00 00:02:00:01 00:00:05:00 00:00:06:00\n"
+      "M2   DX       000.0                00:02:00:00\n";
+  tcs_test::OpenedSpace space;
+  Seen seen;
+  ASSERT_EQ(edlReadText(space.get(), text.data(), text.size(), nullptr, &OnWarning, &seen), 0u);
+  struct Case {
+    uint32_t frame, played;
+    bool speed;
+  };
+  // 001 plays source 0 on at 15 of 30 frames a second; 002 cuts it in two.
+  for (const Case& c : {Case{0, 0, true}, Case{19, 9, true}, Case{22, 300 + 2, false},
+                        Case{25, 12, true}, Case{59, 29, true}, Case{90, 1800, true},
+                        Case{119, 1800 - 29, true}, Case{150, 3600, true}, Case{179, 3600, true}}) {
+    SCOPED_TRACE(c.frame);
+    uint32_t source = 0;
+    CClip* clip = ClipAt(space.get(), c.frame, &source);
+    ASSERT_NE(clip, nullptr);
+    EXPECT_EQ(clsGetClipSpeed(clip, nullptr, nullptr), c.speed ? 1 : 0);
+    EXPECT_EQ(clsPlayedSource(clip, source, 30), c.played);
+  }
+  int32_t milli = 0;
+  uint32_t entry = 7;
+  uint32_t source = 0;
+  ASSERT_EQ(clsGetClipSpeed(ClipAt(space.get(), 100, &source), &milli, &entry), 1);
+  EXPECT_EQ(milli, -30000);
+  EXPECT_EQ(entry, 1800u);
+}
+
+}  // namespace

@@ -13,11 +13,14 @@ constexpr unsigned int kBatch = 256;  // rows asked for at a time
 
 ClipView ViewOf(const TCSCLIP& row) {
   ClipView clip{row.channel, row.start, row.start + row.length, row.sourceIn, row.sourceOut,
-                "", "", "", row.effectText, 0};
+                "", "", "", row.effectText, 0, ""};
   if (row.info != nullptr) {
     clip.name = Text(row.info->name);
     clip.reel = Text(row.info->reel);
     clip.comment = Text(row.info->comment);
+    if (int32_t milli = 0; clsGetClipSpeed(row.info, &milli, nullptr) != 0) {
+      clip.speed = SpeedText(milli);
+    }
   }
   clip.transitionFrames = row.effectText[0] != '\0' ? row.effectDuration : 0;
   return clip;
@@ -52,6 +55,14 @@ std::optional<ClipView> ClipAt(CTimeCodeSpace* space, uint32_t channel, uint32_t
     return std::nullopt;
   }
   return ViewOf(row);
+}
+
+std::string SpeedText(int32_t milli_fps) {
+  const uint32_t size = milli_fps < 0 ? uint32_t(-int64_t(milli_fps)) : uint32_t(milli_fps);
+  std::string text = (milli_fps < 0 ? "-" : "") + std::to_string(size / 1000) + ".";
+  std::string fraction = std::to_string(1000 + size % 1000).substr(1);
+  while (fraction.size() > 1 && fraction.back() == '0') fraction.pop_back();
+  return text + fraction;
 }
 
 std::string TransitionText(const ClipView& clip) {

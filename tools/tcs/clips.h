@@ -25,6 +25,7 @@ struct ClipView {
   std::string comment;
   std::string transition;  // "" for a cut, else the effect's name or text
   uint32_t transitionFrames;
+  std::string speed;  // "" at the timeline's rate, else source frames per second ("-25.0")
 };
 
 struct ChannelView {
@@ -37,6 +38,9 @@ ClipView ViewOf(const TCSCLIP& row);
 std::vector<ChannelView> ChannelsOf(CTimeCodeSpace* space);
 // The clip playing at `at` on `channel`, if any.
 std::optional<ClipView> ClipAt(CTimeCodeSpace* space, uint32_t channel, uint32_t at);
+
+// "12.5": thousandths of a frame per second as decimals, one at least.
+std::string SpeedText(int32_t milli_fps);
 
 // "cut", or the transition's name and duration in frames ("Disolve 30").
 std::string TransitionText(const ClipView& clip);

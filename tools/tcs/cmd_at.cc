@@ -36,10 +36,18 @@ int RunAt(const Args& args) {
 
   std::vector<Answer> answers;
   for (const uint32_t channel : channels) {
-    const uint32_t source = tcsTranslate(timeline.space(), 0, at, nullptr, channel);
-    answers.push_back({channel, source == TCS_NOT_FOUND ? std::nullopt
-                                                        : ClipAt(timeline.space(), channel, at),
-                       source});
+    CClip* clip = nullptr;
+    uint32_t source = tcsTranslate(timeline.space(), 0, at, &clip, channel);
+    std::optional<ClipView> view;
+    if (source != TCS_NOT_FOUND) {
+      // The frame a speed change plays there.
+      TCSCLIP row;
+      if (clip != nullptr && tcsDescribeClip(clip, &row) == TCS_OK) {
+        source = clsPlayedSource(row.info, source, timeline.rate().fps);
+      }
+      view = ClipAt(timeline.space(), channel, at);
+    }
+    answers.push_back({channel, view, source});
   }
 
   if (args.Has("--json")) {

@@ -39,12 +39,17 @@ void PrintText(const Timeline& timeline, const std::vector<ChannelView>& channel
     std::cout << "\nchannel " << ChannelName(channel.channel) << " (" << channel.channel
               << "): " << channel.clips.size() << (channel.clips.size() == 1 ? " clip" : " clips")
               << '\n';
+    // A speed column only where a clip of the channel has a speed (M2).
+    const bool speeds = std::any_of(channel.clips.begin(), channel.clips.end(),
+                                    [](const ClipView& clip) { return !clip.speed.empty(); });
     std::vector<TableRow> rows = {
         {"record in", "record out", "source in", "source out", "transition", "reel", "name"}};
+    if (speeds) rows[0].insert(rows[0].begin() + 5, "speed");
     for (const ClipView& clip : channel.clips) {
       rows.push_back({timeline.Tc(clip.recordIn), timeline.Tc(clip.recordOut),
                       timeline.Tc(clip.sourceIn), timeline.Tc(clip.sourceOut),
                       TransitionText(clip), clip.reel.empty() ? "-" : clip.reel, clip.name});
+      if (speeds) rows.back().insert(rows.back().begin() + 5, clip.speed.empty() ? "-" : clip.speed);
     }
     PrintTable(std::cout, rows, "  ");
   }
@@ -88,6 +93,7 @@ void PrintJson(const Timeline& timeline, const std::vector<ChannelView>& channel
       json.Key("comment").String(clip.comment);
       json.Key("transition").String(clip.transition.empty() ? "cut" : clip.transition);
       json.Key("transitionFrames").Number(clip.transitionFrames);
+      if (!clip.speed.empty()) json.Key("speed").String(clip.speed);
       json.EndObject();
     }
     json.EndArray();

@@ -157,10 +157,10 @@ namespace {
 unsigned int Accept(void*, CTimeCodeSpace*, CClip*) { return 0; }
 
 // What plays at one frame of a channel, with everything a list carries of
-// it: the source frame, the texts, and at the clip's first frame its
-// transition.
+// it: the source frame, the texts, the speed, and at the clip's first frame
+// its transition.
 using Playing = std::tuple<uint32_t, std::string, std::string, std::string, std::string, bool,
-                           uint32_t, uint32_t>;
+                           uint32_t, uint32_t, std::optional<std::pair<int32_t, uint32_t>>>;
 
 std::string Str(const char* text) { return text != nullptr ? text : ""; }
 
@@ -179,9 +179,13 @@ std::optional<Playing> PlayingAt(CTimeCodeSpace* space, uint32_t channel, uint32
     const CLIPINFO empty{};
     const CLIPINFO& info = row.info != nullptr ? *row.info : empty;
     const bool first = row.start == frame;
+    std::optional<std::pair<int32_t, uint32_t>> speed;
+    if (std::pair<int32_t, uint32_t> s; clsGetClipSpeed(&info, &s.first, &s.second) != 0) {
+      speed = s;
+    }
     return Playing(row.sourceIn + (frame - row.start), Str(info.name), Str(info.reel),
                    Str(info.clipName), Str(info.comment), first && row.effectText[0] != '\0',
-                   first ? row.effectCode : 0, first ? row.effectDuration : 0);
+                   first ? row.effectCode : 0, first ? row.effectDuration : 0, speed);
   }
   return std::nullopt;
 }
