@@ -1,5 +1,5 @@
 // Spaces the benchmarks share: channels of back-to-back clips built through
-// the public entry points, and the 24-hour playout day.
+// the public entry points, and the 24-hour playout days.
 #ifndef TCS_BENCH_BENCH_SPACES_H_
 #define TCS_BENCH_BENCH_SPACES_H_
 
@@ -33,6 +33,13 @@ std::vector<uint32_t> Timecodes(int64_t clips);
 Space PlayoutDay();
 inline constexpr int kDaySlots = 2880;
 inline constexpr int kDayEvents = 7 * kDaySlots;
+
+// The staggered day: the same channels and slots, with clips of 880 frames;
+// channel c plays the slot's source c mod 7, starting (c mod 7) * 13 frames
+// into the slot, so most clips start while others play. The channels of one
+// source start together: 20,160 events again.
+Space StaggeredDay();
+inline constexpr uint32_t kStaggeredLength = 880;
 
 }  // namespace tcs_bench
 

@@ -1,9 +1,9 @@
 // FuzzHost: what every harness shares. One live space opened in a private
 // temporary directory (so backups and exports the input asks for stay
-// there), add and delete notifications that count and, as the input says,
-// refuse or throw, a quiet error log, and the checks run after every call:
-// the space's invariants, and a clip list that holds exactly the additions
-// minus the deletions the host was told of.
+// there) or bound to no file, add and delete notifications that count and,
+// as the input says, refuse or throw, a quiet error log, and the checks run
+// after every call: the space's invariants, and a clip list that holds
+// exactly the additions minus the deletions the host was told of.
 //
 // Thread safety: one harness thread; not for concurrent use.
 #ifndef TCS_FUZZ_FUZZ_HOST_H_
@@ -48,10 +48,12 @@ inline void QuietLog(void*, const char*) {}
 struct FuzzHost {
   enum class Answer : uint8_t { kAccept, kRefuse, kThrow };
 
+  // A null file name opens a space bound to no file, which never touches
+  // the file system.
   explicit FuzzHost(const char* file_name = "space.tl") {
     ErrSetSink(&QuietLog, nullptr);
-    path = FuzzDir() + "/" + file_name;
-    space = tcsOpen(nullptr, nullptr, path.c_str());
+    if (file_name != nullptr) path = FuzzDir() + "/" + file_name;
+    space = tcsOpen(nullptr, nullptr, file_name != nullptr ? path.c_str() : nullptr);
     if (space == nullptr) std::abort();
     tcsSetAddCallback(space, this, &OnAdd);
     tcsSetDelCallback(space, this, &OnDel);

@@ -4,7 +4,13 @@
 # final statistics. Exits non-zero on the first finding; the input that found
 # it is left in build-fuzz/findings/.
 #
-#   fuzz/run.sh SECONDS [HARNESS...]    e.g. fuzz/run.sh 60 fuzz_setmode
+#   fuzz/run.sh SECONDS [--jobs N] [HARNESS...]
+#   e.g. fuzz/run.sh 60 fuzz_setmode;  fuzz/run.sh 3600 --jobs all
+#
+# --jobs N runs N fuzzing processes per harness at once, each for SECONDS,
+# sharing one corpus (libFuzzer's -jobs and -workers); "all" is one per
+# core. The harnesses still run one after the other. Each process logs to
+# build-fuzz/<harness>.logs/fuzz-K.log; the totals are printed.
 #
 # Every harness starts from its checked-in seeds (fuzz/corpus/<harness>) and
 # from what earlier runs here found (build-fuzz/corpus/<harness>, not checked
@@ -12,10 +18,24 @@
 # build directory (default build-fuzz).
 set -euo pipefail
 cd "$(dirname "$0")/.."
-seconds=${1:?usage: fuzz/run.sh SECONDS [HARNESS...]}
+root=$PWD
+usage="usage: fuzz/run.sh SECONDS [--jobs N] [HARNESS...]"
+seconds=${1:?$usage}
 shift
+# libFuzzer reads a time of 0 as no limit.
+case "$seconds" in '' | *[!0-9]* | 0) echo "$usage" >&2; exit 2 ;; esac
+workers=1
+if [ "${1:-}" = "--jobs" ]; then
+  workers=${2:?$usage}
+  shift 2
+  [ "$workers" = all ] && workers=$(nproc 2>/dev/null || echo 2)
+  case "$workers" in
+    '' | *[!0-9]* | 0) echo "$usage" >&2; exit 2 ;;
+  esac
+fi
 cxx=${CXX_FUZZ:-$(command -v clang++-14 || command -v clang++)}
 out=${FUZZ_OUT:-build-fuzz}
+case "$out" in /*) ;; *) out=$root/$out ;; esac
 sanitize="-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer"
 cxxflags="-std=c++20 -O1 -g -Wall -Wextra -Werror -fPIC -Isrc -I. $sanitize"
 mkdir -p "$out/obj" "$out/findings"
@@ -60,10 +80,26 @@ for harness in "${harnesses[@]}"; do
   mkdir -p "$out/corpus/$harness"
   echo "== $harness: $seconds s"
   status=0
-  "$out/$harness" -max_total_time="$seconds" -timeout=25 -print_final_stats=1 \
-    -dict=fuzz/tcs.dict -artifact_prefix="$out/findings/$harness-" \
-    "$out/corpus/$harness" "fuzz/corpus/$harness" 2>"$out/$harness.log" || status=$?
+  flags=(-max_total_time="$seconds" -timeout=25 -print_final_stats=1 -dict="$root/fuzz/tcs.dict"
+         -artifact_prefix="$out/findings/$harness-")
+  if [ "$workers" -eq 1 ]; then
+    "$out/$harness" "${flags[@]}" "$out/corpus/$harness" "fuzz/corpus/$harness" \
+      2>"$out/$harness.log" || status=$?
+  else
+    # Each process writes fuzz-K.log into the current directory.
+    rm -rf "$out/$harness.logs"
+    mkdir -p "$out/$harness.logs"
+    (cd "$out/$harness.logs" && "$out/$harness" -jobs="$workers" -workers="$workers" \
+       "${flags[@]}" "$out/corpus/$harness" "$root/fuzz/corpus/$harness") \
+      >"$out/$harness.log" 2>&1 || status=$?
+    for log in "$out/$harness.logs"/fuzz-*.log; do cat "$log"; done >>"$out/$harness.log"
+  fi
   grep -E '^(stat::|Done|INFO: Running with|==[0-9]+==ERROR|SUMMARY)' "$out/$harness.log" || true
+  if [ "$workers" -gt 1 ]; then
+    awk '/^stat::number_of_executed_units/ {n += $2} /^stat::average_exec_per_sec/ {r += $2}
+         END {print "total over '"$workers"' processes: " n " executions, " r " a second"}' \
+      "$out/$harness.log"
+  fi
   if [ "$status" -ne 0 ]; then
     echo "FINDING in $harness (exit $status): see $out/$harness.log and $out/findings/"
     tail -n 60 "$out/$harness.log"

@@ -70,6 +70,11 @@ a refused edit raises a TcsError. Safe to share between threads.)doc")
       .def_property_readonly("closed", &Space::closed)
       .def_property_readonly("rate", [](const Space& s) { return s.state()->rate; },
                              "The FrameRate timecodes are shown and read at.")
+      .def_property_readonly("rate_reason", [](const Space& s) { return s.state()->rate_reason; },
+                             "Where the rate came from: 'given', or what in the file gave it.")
+      .def_property_readonly("warnings", [](const Space& s) { return s.state()->warnings; },
+                             "(line, text) for each line of the file read that could not be "
+                             "carried as written.")
       .def("__enter__", [](Space& s) -> Space& { return s; }, py::return_value_policy::reference)
       .def("__exit__", [](Space& s, const py::args&) { s.Close(); })
       .def("channels", &Space::Channels, "The names of the channels that hold clips.")
@@ -166,10 +171,13 @@ PYBIND11_MODULE(_tcspace, m) {
   BindSpace(m);
   m.def(
       "read",
-      [](const std::string& path, const py::object& fps) {
-        return ReadFile(path, fps.is_none() ? std::nullopt : std::optional<FrameRate>(RateArg(fps)));
+      [](const std::string& path, const py::object& fps, bool strict) {
+        return ReadFile(path, fps.is_none() ? std::nullopt : std::optional<FrameRate>(RateArg(fps)),
+                        strict);
       },
-      py::arg("path"), py::arg("fps") = py::none(),
-      "Opens a space holding the timeline of `path` (an EDL), at `fps` or the rate the file "
-      "gives.");
+      py::arg("path"), py::arg("fps") = py::none(), py::arg("strict") = false,
+      "Opens a space holding the timeline of `path` (an EDL), at `fps` or at the rate the "
+      "file gives, found as the tcs tool finds it (space.rate_reason says how). Lines the "
+      "reader cannot read are skipped and listed in space.warnings; strict=True stops at the "
+      "first instead, with a TcsError.");
 }

@@ -8,6 +8,7 @@
 
 #include "clip_type.h"
 #include "edit_request.h"
+#include "event_walk.h"
 #include "library_call.h"
 
 namespace py = pybind11;
@@ -302,42 +303,20 @@ std::vector<Event> Space::Events() const {
   CTimeCodeSpace* space = Handle("events");
   const FrameRate rate = state_->rate;
   LogLines log;
-  std::vector<Event> events;
-  Call(
-      [&] {
-        TCSCMD walk;
-        std::memset(&walk, 0, sizeof walk);
-        walk.command = TCSCMD_GET;
-        walk.subCommand = TCSSUB_NEXT;
-        walk.outPoint = TCS_NO_TIMECODE;
-        do {
-          TCSCMD probe = walk;
-          if (tcsFindNextClip(space, &probe, 1, nullptr) != TCS_NOT_FOUND) {
-            Event e{{probe.position, rate},
-                    {probe.position + (probe.outPoint - probe.inPoint), rate},
-                    {probe.inPoint, rate},
-                    {probe.outPoint, rate},
-                    {},
-                    reinterpret_cast<const char*>(&probe) + TCSCMD_TEXT_OFFSET,
-                    ""};
-            uint32_t first = TCS_NO_TIMECODE;
-            for (uint32_t c = 0; c < 64; ++c) {
-              if (((c < 32 ? probe.videoMask : probe.audioMask) >> (c % 32) & 1) == 0) continue;
-              if (first == TCS_NO_TIMECODE) first = c;
-              e.channels.push_back(ChannelName(c));
-            }
-            TCSCLIP row;
-            if (first != TCS_NO_TIMECODE && RowAt(space, first, probe.position, row)) {
-              e.transition = row.effectText;
-            }
-            events.push_back(std::move(e));
-          }
-          tcsFindNextClip(space, &walk, 0, nullptr);
-        } while (walk.position != TCS_NO_TIMECODE);
-        return 0;
-      },
-      log);
+  const std::vector<host::WalkEvent> walked = Call([&] { return host::WalkEvents(space); }, log);
   Warn(log);
+  std::vector<Event> events;
+  events.reserve(walked.size());
+  for (const host::WalkEvent& w : walked) {
+    Event e{{w.recordIn, rate}, {w.recordOut(), rate}, {w.sourceIn, rate}, {w.sourceOut, rate},
+            {}, w.name, w.transition};
+    for (uint32_t c = 0; c < 64; ++c) {
+      if (((c < 32 ? w.videoMask : w.audioMask) >> (c % 32) & 1) != 0) {
+        e.channels.push_back(ChannelName(c));
+      }
+    }
+    events.push_back(std::move(e));
+  }
   return events;
 }
 

@@ -16,6 +16,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "rates.h"
@@ -28,6 +29,9 @@ struct SpaceState {
   CTimeCodeSpace* space = nullptr;  // null once closed
   std::atomic<uint64_t> edits{0};   // raised by every call that may change the space
   FrameRate rate;
+  std::string rate_reason = "given";  // where the rate came from
+  // What the file read into the space could not carry as written.
+  std::vector<std::pair<uint32_t, std::string>> warnings;
   pybind11::object on_add = pybind11::none();  // None or a callable
   pybind11::object on_delete = pybind11::none();
   // Whether either is set: read by the notifications before they take the

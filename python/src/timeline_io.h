@@ -15,7 +15,11 @@ namespace tcs::py_module {
 
 // A new space holding what `path` holds, at `rate` or the rate the file
 // gives. Raises TcsError for a file that cannot be read.
-std::unique_ptr<Space> ReadFile(const std::string& path, std::optional<FrameRate> rate);
+// In strict mode the first line the reader cannot read stops it (a
+// TcsError); otherwise such lines are skipped and listed in the space's
+// warnings.
+std::unique_ptr<Space> ReadFile(const std::string& path, std::optional<FrameRate> rate,
+                                bool strict);
 void WriteFile(Space& space, const std::string& path);
 
 }  // namespace tcs::py_module

@@ -146,3 +146,23 @@ def test_refusals_raise_the_status_family():
         with pytest.raises(ValueError, match="inside a clip on V1"):
             space.insert("V1", 10, 20)
         assert [int(c.record_in) for c in space.clips("V1")] == [0]
+
+
+def test_read_finds_the_rate_and_keeps_warnings(tmp_path):
+    data = __import__("os").path.join(__import__("conftest").ROOT, "tests", "data", "edl")
+    with tcspace.read(f"{data}/45S_SAMPLE.edl") as space:
+        assert space.rate == tcspace.FrameRate(25)
+        assert "frame fields" in space.rate_reason
+    with tcspace.read(f"{data}/KEY_TRANSITION.edl") as space:
+        assert space.rate == tcspace.FrameRate("29.97df")
+    broken = tmp_path / "broken.edl"
+    broken.write_text("TITLE: t\n001  AX  V  C  00:00:0x:00 junk\n"
+                      "002  AX       V     C        00:00:00:00 00:00:01:00 "
+                      "00:00:00:00 00:00:01:00\n")
+    with tcspace.read(str(broken), fps=25) as space:
+        assert space.rate_reason == "given"
+        assert [line for line, _ in space.warnings] == [2]
+        assert len(space.clips("V1")) == 1
+    with pytest.raises(tcspace.TcsError) as error:
+        tcspace.read(str(broken), strict=True)
+    assert "line 2" in error.value.log

@@ -2,6 +2,7 @@
 threads at once, and notifications that call back into the space, end with
 every channel's clips tiling what was laid."""
 import threading
+import time
 
 import tcspace
 
@@ -44,3 +45,41 @@ def test_a_notification_may_call_back_into_the_space():
         space.overwrite("V1", 0, (0, 10), "a")
         space.overwrite("V1", 10, (0, 10), "b")
         assert counts == [0, 1]
+
+
+def test_reading_a_large_file_lets_other_threads_run(tmp_path):
+    path = tmp_path / "large.edl"
+    with open(path, "w") as out:
+        for i in range(60000):
+            f = 108000 + i * 10
+            tc = lambda f: "%02d:%02d:%02d:%02d" % (f // 108000, f // 1800 % 60, f // 30 % 60, f % 30)
+            out.write("%06d  R  V  C  %s %s %s %s\n" % (i + 1, tc(i), tc(i + 10), tc(f), tc(f + 10)))
+    started, done = threading.Event(), threading.Event()
+    took = []
+
+    def read():
+        started.wait()  # the loop below runs already
+        t = time.perf_counter()
+        space = tcspace.read(str(path), fps=30)
+        took.append(time.perf_counter() - t)
+        done.set()
+        space.close()
+
+    reader = threading.Thread(target=read)
+    reader.start()
+    longest, last = 0.0, time.perf_counter()
+    while not done.is_set():
+        started.set()
+        now = time.perf_counter()
+        longest, last = max(longest, now - last), now
+    reader.join()
+    # Held through the read, the interpreter's lock would stop this loop for
+    # the whole of it.
+    assert longest < took[0] / 2, (longest, took[0])
+
+
+def test_help_reads_well():
+    import pydoc
+    text = pydoc.render_doc(tcspace, renderer=pydoc.plaintext)
+    for needed in ("time code spaces", "class Space", "def read", "StaleClipError", "overwrite("):
+        assert needed in text or needed.replace("def ", "") in text, needed

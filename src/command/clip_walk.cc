@@ -120,6 +120,12 @@ WalkChoice Sweep(WalkSearch& search, const WalkSetUp& walk) {
   WalkChoice choice;
   for (const uint32_t channel : kWalkChannels) {
     if (!search.InScan(channel)) continue;
+    // A marked channel is passed over (the cover search aside): its searches
+    // count only for what they leave in the scratch play clip.
+    if (!walk.cover && Marked(walk.video_marks, walk.audio_marks, channel)) {
+      search.Note(walk.mode, walk.cursor, channel, true);
+      continue;
+    }
     // A play clip without a record offers no candidate: there would be
     // nothing to copy out or to compare in the event pass.
     CClip* k = nullptr;
@@ -137,7 +143,6 @@ WalkChoice Sweep(WalkSearch& search, const WalkSetUp& walk) {
       value = search.Find(walk.mode, k->start + k->length, k, channel);
       if (k == nullptr) continue;
     }
-    if (Marked(walk.video_marks, walk.audio_marks, channel)) continue;
     // Ties go to the channel met first in scan order.
     if (value < choice.best || (value == choice.best && choice.channel == kNoChannel)) {
       choice.best = value;
@@ -165,12 +170,13 @@ void EventPass(WalkSearch& search, TCSCMD& record, const WalkSetUp& walk,
   // filled whenever that channel was not marked on entry.
   for (const uint32_t channel : kWalkChannels) {
     if (!search.InScan(channel)) continue;
-    CClip* g = nullptr;
-    const uint32_t value = search.Find(walk.mode, record.position, g, channel);
-    if (g == nullptr || Marked(walk.video_marks, walk.audio_marks, channel) ||
-        value != record.position || !SameSource(*g, found)) {
+    if (Marked(walk.video_marks, walk.audio_marks, channel)) {
+      search.Note(walk.mode, record.position, channel, false);
       continue;
     }
+    CClip* g = nullptr;
+    const uint32_t value = search.Find(walk.mode, record.position, g, channel);
+    if (g == nullptr || value != record.position || !SameSource(*g, found)) continue;
     record.flags |= kEventFlags;
     Mark(record, channel);
     record.position = found.start;

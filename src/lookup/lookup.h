@@ -80,6 +80,9 @@ class TCS_EXPORT CTCLookup {
   // start (and, with a single play clip, always) it still returns the first
   // play clip, so callers test containment themselves. end() only when empty.
   Position findle(uint32_t t) const;
+  // As findle(t), looking first at `hint` (any position of this lookup, or
+  // end()) and its neighbours: a search near its last answer makes no descent.
+  Position findle(uint32_t t, Position hint) const;
   // The play clip containing t, else the first one starting after t, else end().
   Position findge(uint32_t t) const;
   // The play clip containing t, else end(). Only findle(t) is examined.
@@ -87,6 +90,9 @@ class TCS_EXPORT CTCLookup {
   // The source position at t, measured from the record's sourceOrigin, or
   // 0x80000001. out receives the play clip whenever one contains t.
   uint32_t Translate(uint32_t t, CPlayClip& out) const;
+  // The same without the copy: `at` receives the play clip containing t, or
+  // end().
+  uint32_t Translate(uint32_t t, Position& at) const;
   // The play clip at t or, in a gap, the previous, next or nearest one, as
   // the mode word says; returns the value its selector picks, or 0x80000001.
   uint32_t FindPlayClip(uint32_t mode, uint32_t t, CPlayClip& out) const;
@@ -94,6 +100,14 @@ class TCS_EXPORT CTCLookup {
   // search settled on (end() when none), which the other form copies out
   // whatever the result; a source-frame result may still read 0x80000001.
   uint32_t FindPlayClip(uint32_t mode, uint32_t t, Position& chosen) const;
+  // As above, its one findle(t) made from `hint` (see findle).
+  uint32_t FindPlayClip(uint32_t mode, uint32_t t, Position& chosen, Position hint) const;
+  // Where the clip walk's last search here settled, kept between its steps
+  // as a hint: end() once a play clip has been made or freed since. Edits
+  // that only move play clips (in place, or out and back in) leave every
+  // node in the tree, so the kept position stays one of its play clips.
+  Position WalkHint() const;
+  void KeepWalkHint(Position x) const;
 
   // --- Range edits.
   void BlankRange(const CTCRange& r);
@@ -153,6 +167,9 @@ class TCS_EXPORT CTCLookup {
   // when the following node stays, `start` below its start. Debug builds
   // check both.
   Node& WriteStartInPlace(Position x, uint32_t start, Following following);
+  // findge(t) and find(t), given le = findle(t).
+  Position GeFrom(Position le, uint32_t t) const;
+  Position AtFrom(Position le, uint32_t t) const;
   // The plain rounds of a ripple delete of rl frames, from x on.
   Position PullRun(Position x, uint32_t rl, uint32_t& key);
   // What findge(key) returns right after x was moved in place and key set
@@ -181,6 +198,9 @@ class TCS_EXPORT CTCLookup {
   tcs::NodeArena arena_;
   tcs::EffectTextPool texts_;
   PlayClipSet playClips{ByStart(), tcs::ArenaAllocator<Node>(&arena_)};
+  // Written by the walk's queries, under the space's lock like the rest.
+  mutable Position walk_hint_;
+  mutable uint64_t walk_hint_changes_ = UINT64_MAX;  // the arena's count then
 };
 
 #endif  // TCS_LOOKUP_LOOKUP_H_

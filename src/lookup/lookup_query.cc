@@ -22,23 +22,55 @@ CTCLookup::Position CTCLookup::findle(uint32_t t) const {
   return std::prev(after);
 }
 
+// A walk asks about frames at or just past its last answer, so the hint,
+// the next two play clips and the one before settle most searches; anything
+// else falls back to the descent. Either way the answer is the greatest
+// start at or before the clamped t, or the first play clip.
+CTCLookup::Position CTCLookup::findle(uint32_t t, Position hint) const {
+  if (hint == playClips.end()) return findle(t);
+  const uint32_t clamped = tcs::ClampStart(t);
+  if (hint->start <= clamped) {
+    for (int step = 0; step < 2; ++step) {
+      const Position next = std::next(hint);
+      if (next == playClips.end() || clamped < next->start) return hint;
+      hint = next;
+    }
+  } else {
+    if (hint == playClips.begin()) return hint;
+    const Position before = std::prev(hint);
+    if (before->start <= clamped) return before;
+  }
+  return findle(t);
+}
+
+CTCLookup::Position CTCLookup::WalkHint() const {
+  return arena_.changes() == walk_hint_changes_ ? walk_hint_ : playClips.end();
+}
+
+void CTCLookup::KeepWalkHint(Position x) const {
+  walk_hint_ = x;
+  walk_hint_changes_ = x == playClips.end() ? UINT64_MAX : arena_.changes();
+}
+
 // t itself, unclamped, is tested against the play clip findle picks.
-CTCLookup::Position CTCLookup::findge(uint32_t t) const {
-  const Position x = findle(t);
-  if (x == playClips.end()) return x;
-  if (Contains(x->start, x->length, t)) return x;
-  // Only a t before the first play clip gets here with x still ahead of it.
-  if (t < x->start + x->length) return x;
-  return std::next(x);
+CTCLookup::Position CTCLookup::GeFrom(Position le, uint32_t t) const {
+  if (le == playClips.end()) return le;
+  if (Contains(le->start, le->length, t)) return le;
+  // Only a t before the first play clip gets here with le still ahead of it.
+  if (t < le->start + le->length) return le;
+  return std::next(le);
 }
 
 // Where play clips overlap, only the one with the greatest start at or
 // before t is examined.
-CTCLookup::Position CTCLookup::find(uint32_t t) const {
-  const Position x = findle(t);
-  if (x == playClips.end() || !Contains(x->start, x->length, t)) return playClips.end();
-  return x;
+CTCLookup::Position CTCLookup::AtFrom(Position le, uint32_t t) const {
+  if (le == playClips.end() || !Contains(le->start, le->length, t)) return playClips.end();
+  return le;
 }
+
+CTCLookup::Position CTCLookup::findge(uint32_t t) const { return GeFrom(findle(t), t); }
+
+CTCLookup::Position CTCLookup::find(uint32_t t) const { return AtFrom(findle(t), t); }
 
 namespace {
 
@@ -60,8 +92,9 @@ struct RecordLayout {
 
 // Asks for the lines Translate reads from the record (the vtable pointer,
 // the range and the source points, which lie a page apart) all at once, so
-// their misses overlap with each other and with the copy of the play clip
-// instead of following one another. A prefetch never faults.
+// their misses overlap with each other (and with the copy of the play clip,
+// when one is made) instead of following one another. A prefetch never
+// faults.
 void CTCLookup::PrefetchRecord(const CClip* record) {
   static const RecordLayout layout;
   if (record == nullptr) return;
@@ -71,15 +104,12 @@ void CTCLookup::PrefetchRecord(const CClip* record) {
   __builtin_prefetch(at + layout.info);
 }
 
+namespace {
+
 // The offset is measured in the record's own range, which the edits keep
 // equal to the play clip's. The source position counts from sourceOrigin in
 // whichever direction sourceIn lies.
-uint32_t CTCLookup::Translate(uint32_t t, CPlayClip& out) const {
-  const Position x = find(t);
-  if (x == playClips.end()) return tcs::kNotFound;
-  const CClip* record = x->clip;
-  PrefetchRecord(record);
-  x->CopyTo(out);
+uint32_t SourceAt(const CClip* record, uint32_t t) {
   if (record == nullptr) return tcs::kNotFound;
   const uint32_t offset = t - record->start;
   if (offset >= record->length) return tcs::kNotFound;
@@ -87,4 +117,21 @@ uint32_t CTCLookup::Translate(uint32_t t, CPlayClip& out) const {
     return record->sourceIn - record->sourceOrigin + offset;
   }
   return record->sourceOrigin - record->sourceIn + offset;
+}
+
+}  // namespace
+
+uint32_t CTCLookup::Translate(uint32_t t, CPlayClip& out) const {
+  const Position x = find(t);
+  if (x == playClips.end()) return tcs::kNotFound;
+  PrefetchRecord(x->clip);
+  x->CopyTo(out);
+  return SourceAt(x->clip, t);
+}
+
+uint32_t CTCLookup::Translate(uint32_t t, Position& at) const {
+  at = find(t);
+  if (at == playClips.end()) return tcs::kNotFound;
+  PrefetchRecord(at->clip);
+  return SourceAt(at->clip, t);
 }

@@ -55,22 +55,30 @@ uint32_t CTCLookup::FindPlayClip(uint32_t mode, uint32_t t, CPlayClip& out) cons
   return result;
 }
 
-uint32_t CTCLookup::FindPlayClip(uint32_t word, uint32_t t, Position& chosen) const {
+uint32_t CTCLookup::FindPlayClip(uint32_t mode, uint32_t t, Position& chosen) const {
+  return FindPlayClip(mode, t, chosen, end());
+}
+
+// Every candidate follows from findle(t): the play clip containing t, the
+// previous one and the next one.
+uint32_t CTCLookup::FindPlayClip(uint32_t word, uint32_t t, Position& chosen,
+                                 Position hint) const {
   const tcs::SearchMode mode = tcs::SearchMode::FromWord(word);
-  chosen = find(t);
+  const Position le = findle(t, hint);
+  chosen = AtFrom(le, t);
   if (chosen == end()) {
     const GapPolicy policy = DecodeGapPolicy(mode);
     if (policy == GapPolicy::kNone) return tcs::kNotFound;
-    if (policy == GapPolicy::kPrevious) chosen = findle(t);
-    if (policy == GapPolicy::kNext) chosen = findge(t);
+    if (policy == GapPolicy::kPrevious) chosen = le;
+    if (policy == GapPolicy::kNext) chosen = GeFrom(le, t);
   }
   if (chosen == end()) {
     // The nearest search: of the play clip before t and the one after, the
     // one whose facing edge is closer; the later one on a tie. Before the
     // first play clip both are the first one; after the last, only p exists.
     if (!mode.nearest_allowed()) return tcs::kNotFound;
-    const Position p = findle(t);
-    const Position n = findge(t);
+    const Position p = le;
+    const Position n = GeFrom(le, t);
     if (n == end()) {
       chosen = p;
     } else if (p == end()) {

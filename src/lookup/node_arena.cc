@@ -17,6 +17,7 @@ void* NodeArena::Allocate(size_t size, size_t align) {
     const size_t at_least = size < sizeof(FreeSlot) ? sizeof(FreeSlot) : size;
     slot_size_ = (at_least + kAlign - 1) / kAlign * kAlign;
   }
+  ++changes_;
   if (!FromSlots(size, align)) return ::operator new(size, std::align_val_t(align));
   void* slot;
   if (free_ != nullptr) {
@@ -32,6 +33,7 @@ void* NodeArena::Allocate(size_t size, size_t align) {
 }
 
 void NodeArena::Deallocate(void* p, size_t size, size_t align) {
+  ++changes_;
   if (!FromSlots(size, align)) {
     ::operator delete(p, std::align_val_t(align));
     return;

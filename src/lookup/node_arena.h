@@ -16,6 +16,7 @@
 #define TCS_LOOKUP_NODE_ARENA_H_
 
 #include <cstddef>
+#include <cstdint>
 #include <new>
 
 namespace tcs {
@@ -31,6 +32,9 @@ class NodeArena {
   void Deallocate(void* p, size_t size, size_t align);
 
   size_t live() const { return live_; }
+  // Counts every Allocate and Deallocate: the container's nodes are the
+  // same set of objects for as long as it stands still.
+  uint64_t changes() const { return changes_; }
   // Bytes held from the heap, headers included: for memory accounting.
   size_t reserved() const { return reserved_; }
 
@@ -59,6 +63,7 @@ class NodeArena {
   Block* blocks_ = nullptr;
   size_t live_ = 0;
   size_t reserved_ = 0;
+  uint64_t changes_ = 0;
 };
 
 template <class T>

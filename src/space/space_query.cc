@@ -23,12 +23,15 @@ namespace tcs {
 uint32_t TranslateOrFind(CTimeCodeSpace& space, uint32_t mode, uint32_t t, uint32_t channel,
                          CClip*& found) {
   SpaceLock guard(space);
-  // Every query that finds a play clip overwrites all of pc; only then is
-  // its record read.
-  CPlayClip pc{CTCRange::TextUnset{}};
-  uint32_t result = space.Translate(t, pc, channel);
-  if ((mode & 1u) != 0 && result == kNotFound) result = space.FindPlayClip(mode, t, pc, channel);
-  found = result == kNotFound ? nullptr : pc.clip;
+  found = nullptr;
+  const CTCLookup* lookup = space.LookupOf(channel);
+  if (lookup == nullptr) return kNotFound;
+  // Only the record of the play clip answered leaves here, so the queries
+  // hand back positions: no 4 KB play clip is copied.
+  CTCLookup::Position at;
+  uint32_t result = lookup->Translate(t, at);
+  if ((mode & 1u) != 0 && result == kNotFound) result = lookup->FindPlayClip(mode, t, at);
+  if (result != kNotFound) found = at->clip;
   return result;
 }
 

@@ -4,12 +4,19 @@
 #include "backup/backup_restore.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <iterator>
 #include <map>
+#include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -87,7 +94,12 @@ TEST(BackupRestore, MatchesTheModel) {
           folder.Write(before);
           const std::string own = folder.File(kOwn);
           EXPECT_EQ(tcs::CountBackups(own.c_str()), static_cast<uint32_t>(run));
-          char restored[4096] = "untouched";
+          // A host's buffer holds whatever it held before: the name must
+          // bring its own terminating zero.
+          char restored[4096];
+          std::memset(restored, '#', sizeof restored - 1);
+          restored[sizeof restored - 1] = '\0';
+          std::memcpy(restored, "untouched", 10);
           tcs_test::LogCapture log;
           EXPECT_EQ(tcs::RestoreBackup(own.c_str(), n, restored), kNone);
           EXPECT_EQ(folder.Read(), ModelRestore(before, n));
@@ -109,6 +121,111 @@ TEST(BackupRestore, FailedCopyKeepsItsSource) {
   EXPECT_EQ(std::filesystem::file_size(folder.File(0)), 0x100000000u);
   std::filesystem::resize_file(folder.File(0), 0);
   EXPECT_EQ(folder.Read(), (Layout{{kOwn, "space"}, {-1, "old"}, {0, ""}, {1, "B"}}));
+}
+
+// A coverage build's profile writer, which runs at exit: the child below
+// leaves by _exit (no test framework teardown in a copy of this process), so
+// it calls the writer itself. Null in other builds.
+extern "C" int __llvm_profile_write_file(void) __attribute__((weak));
+
+// What a restore answered, wrote into the name buffer and logged.
+struct Outcome {
+  uint32_t result = 0;
+  std::string restored;
+  std::vector<std::string> log;
+};
+
+// Restores backup n of `own` in a child process that may not change the
+// folder's entries (the folder read-only; root, who may change any, drops to
+// an ordinary user first), so no file there can be deleted or renamed.
+// Nothing when no such process can be had.
+std::optional<Outcome> RestoreInReadOnlyFolder(const std::string& folder, const std::string& own,
+                                               uint32_t n) {
+  std::filesystem::permissions(folder, std::filesystem::perms::owner_read |
+                                           std::filesystem::perms::owner_exec |
+                                           std::filesystem::perms::others_read |
+                                           std::filesystem::perms::others_exec);
+  int pipe_ends[2];
+  if (pipe(pipe_ends) != 0) return std::nullopt;
+  std::fflush(nullptr);  // or the child would print what is buffered again
+  const pid_t child = fork();
+  if (child == 0) {
+    close(pipe_ends[0]);
+    constexpr uid_t kNobody = 65534;
+    if (geteuid() == 0 && (setgid(kNobody) != 0 || setuid(kNobody) != 0)) _exit(2);
+    std::string report;
+    {
+      tcs_test::LogCapture log;
+      char restored[4096];
+      std::memset(restored, '#', sizeof restored - 1);
+      restored[sizeof restored - 1] = '\0';
+      std::memcpy(restored, "untouched", 10);
+      const uint32_t result = tcs::RestoreBackup(own.c_str(), n, restored);
+      report = std::to_string(result) + "\n" + restored + "\n";
+      for (const std::string& line : log.Lines()) report += line + "\n";
+    }
+    const bool sent = write(pipe_ends[1], report.data(), report.size()) ==
+                      static_cast<ssize_t>(report.size());
+    if (__llvm_profile_write_file != nullptr) __llvm_profile_write_file();
+    _exit(sent ? 0 : 3);
+  }
+  close(pipe_ends[1]);
+  std::string report;
+  char buffer[4096];
+  for (ssize_t got; (got = read(pipe_ends[0], buffer, sizeof buffer)) > 0;) {
+    report.append(buffer, got);
+  }
+  close(pipe_ends[0]);
+  int status = 0;
+  if (child < 0 || waitpid(child, &status, 0) != child || !WIFEXITED(status) ||
+      WEXITSTATUS(status) != 0) {
+    return std::nullopt;
+  }
+  std::istringstream lines(report);
+  Outcome outcome;
+  std::string line;
+  std::getline(lines, line);
+  outcome.result = static_cast<uint32_t>(std::stoul(line));
+  std::getline(lines, outcome.restored);
+  while (std::getline(lines, line)) outcome.log.push_back(line);
+  return outcome;
+}
+
+// Files that cannot be deleted: an earlier backup stays, and its failed
+// deletion is logged and answered, while the restore goes on; the space's
+// file, when it cannot be deleted, receives the backup's bytes instead, and
+// when it cannot be written either the restore stops there with the failed
+// deletion's error, the name buffer untouched.
+TEST(BackupRestore, FilesThatCannotBeDeleted) {
+  const struct {
+    Layout before;
+    bool own_writable;
+    uint32_t n;
+    int deleted_in_vain;  // the file the log names
+    Layout after;
+    int restored;  // the backup whose name is given back, or kOwn for none
+  } rows[] = {
+      {{{kOwn, "space"}, {0, "A"}, {1, "B"}}, true, 2, 0,
+       {{kOwn, "B"}, {0, "A"}, {1, "B"}}, 1},
+      {{{kOwn, "space"}, {0, "A"}}, false, 1, kOwn, {{kOwn, "space"}, {0, "A"}}, kOwn},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << "n " << row.n);
+    const Folder folder{{}, "spc"};
+    folder.Write(row.before);
+    const std::string own = folder.File(kOwn);
+    std::filesystem::permissions(
+        own, row.own_writable ? std::filesystem::perms::all : std::filesystem::perms::owner_read,
+        std::filesystem::perm_options::replace);
+    const std::optional<Outcome> outcome =
+        RestoreInReadOnlyFolder(folder.dir.path().string(), own, row.n);
+    if (!outcome) GTEST_SKIP() << "no process that may not delete the files";
+    EXPECT_EQ(outcome->result, static_cast<uint32_t>(EACCES));
+    EXPECT_EQ(outcome->restored, row.restored == kOwn ? "untouched" : folder.File(row.restored));
+    EXPECT_EQ(outcome->log,
+              std::vector<std::string>{"Can not delete file " + folder.File(row.deleted_in_vain)});
+    EXPECT_EQ(folder.Read(), row.after);
+  }
 }
 
 // Names are "%s.%03d.%s" around the space's file, never cut: a name that

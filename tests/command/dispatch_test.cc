@@ -2,7 +2,9 @@
 // sub-command, down to the backups it counts and restores.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <set>
+#include <utility>
 #include <string>
 #include <vector>
 
@@ -93,6 +95,46 @@ TEST(Dispatch, SubCommands) {
   EXPECT_EQ(log.Lines(), Lines{});
 }
 
+// Two channels start at the same frame with different sources: a get or a
+// set of TCSSUB_NEXT reports each once, carrying the first one's mark into
+// the second step, then moves on; TCSSUB_NEXT_EVENT keeps only the last
+// event's marks. Each step is the walk entry point's with the same marks.
+TEST(Dispatch, WalkStepsKeepOrFreshenTheirMarks) {
+  tcs_test::OpenedSpace space;
+  ASSERT_EQ(tcsAddClip(space.get(), tcs_test::MakeClip(100, 50, 0, "a").get(), 0), 0u);
+  ASSERT_EQ(tcsAddClip(space.get(), tcs_test::MakeClip(100, 50, 500, "b").get(), 1), 0u);
+  ASSERT_EQ(tcsAddClip(space.get(), tcs_test::MakeClip(200, 10, 900, "c").get(), 0), 0u);
+  for (uint32_t command : {TCSCMD_GET, TCSCMD_GET_ALT, TCSCMD_SET}) {
+    for (uint32_t sub : {TCSSUB_NEXT, TCSSUB_NEXT_EVENT}) {
+      SCOPED_TRACE(testing::Message() << command << "/" << sub);
+      auto walk = NewCommand(command, 0, sub);
+      walk->outPoint = 0xFFFFFFFFu;
+      auto twin = NewCommand(command, 0, sub);
+      twin->outPoint = 0xFFFFFFFFu;
+      std::vector<std::pair<uint32_t, uint32_t>> events;  // start, marks after the step
+      for (int step = 0; step < 8 && walk->position != 0xFFFFFFFFu; ++step) {
+        const uint32_t start = tcsSetMode(space.get(), walk.get());
+        const uint32_t twin_start = tcsFindNextClip(space.get(), twin.get(),
+                                                    sub == TCSSUB_NEXT_EVENT, nullptr);
+        EXPECT_EQ(start == 0x80000001u || start == 0xFFFFFFFFu ? 0x80000001u : start, twin_start);
+        EXPECT_TRUE(SameBytes(*walk, *twin)) << "step " << step;
+        if (walk->position != 0xFFFFFFFFu) events.emplace_back(start, walk->videoMask);
+      }
+      if (sub == TCSSUB_NEXT) {
+        const std::vector<std::pair<uint32_t, uint32_t>> each_once = {{100, 1}, {100, 3}, {200, 1}};
+        EXPECT_EQ(events, each_once);
+        EXPECT_EQ(walk->position, 0xFFFFFFFFu);
+      } else {
+        // Back and forth between the two channels at 100.
+        EXPECT_EQ(events.size(), 8u);
+        for (size_t k = 0; k < events.size(); ++k) {
+          EXPECT_EQ(events[k], std::make_pair(100u, k % 2 == 0 ? 1u : 2u)) << k;
+        }
+      }
+    }
+  }
+}
+
 TEST(Dispatch, CountsAndRestoresBackups) {
   tcs_test::TempDir dir;
   const std::string file = dir.File("timeline.spc"), first = dir.File("timeline.000.spc");
@@ -105,6 +147,8 @@ TEST(Dispatch, CountsAndRestoresBackups) {
   // Backup 1 (file 000) becomes the space's file; 001 moves down.
   auto restore = NewCommand(TCSCMD_SET, 0, TCSSUB_BACKUP);
   restore->position = 1;
+  // The reply text holds what the host left there: the name ends itself.
+  std::memset(TcsCmdReplyText(*restore), '#', TCSCMD_REPLY_TEXT_SIZE - 1);
   EXPECT_EQ(tcsSetMode(space.get(), restore.get()), 0xFFFFFFFFu);
   EXPECT_EQ(restore->position, 0xFFFFFFFFu);
   EXPECT_EQ(std::string(TcsCmdReplyText(*restore)), first);

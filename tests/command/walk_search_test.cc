@@ -4,7 +4,8 @@
 // record-less play clips and link sources across channels, with host search
 // modes, the cover search and fresh marks. After every step the record, the
 // caller's copy of the clip, the scratch play clip (all its bytes) and
-// clipActive must be the same. TCS_WALK_SEED and TCS_WALK_RUNS move the seeds.
+// clipActive must be the same. Edits between steps move, make and free play
+// clips. TCS_WALK_SEED and TCS_WALK_RUNS move the seeds.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -133,6 +134,20 @@ After Run(CTimeCodeSpace& s, const TCSCMD& from, bool fresh, bool with_copy, boo
   return {answer, record, s.currentPlayClip, s.clipActive, copy.start, copy.sourceIn};
 }
 
+// An edit between two steps: an overwrite, or a ripple insert, blank or
+// delete. Each may make, free and move play clips under the positions the
+// walk keeps between steps.
+void Edit(CTimeCodeSpace& s, tcs_test::Dice& u, uint32_t channel) {
+  if (u(0, 1) == 0) {
+    s.AddClip(0, tcs_test::MakeClip(u(0, 150), u(1, 40), u(0, 2) * 10).get(), channel);
+    return;
+  }
+  const uint32_t operations[] = {TCS_EDIT_INSERT, TCS_EDIT_BLANK, TCS_EDIT_DELETE};
+  const uint32_t from = u(0, 150);
+  s.ModifyRange(from, from + u(0, 30), channel < 32 ? 1u << channel : 0,
+                channel < 32 ? 0 : 1u << (channel - 32), operations[u(0, 2)] | TCS_EDIT_RIPPLE);
+}
+
 void Play(uint64_t seed) {
   tcs_test::Dice u(seed);
   tcs_test::OpenedSpace space;
@@ -167,6 +182,7 @@ void Play(uint64_t seed) {
     ASSERT_TRUE(got == want) << "answer " << got.answer << ", plain " << want.answer;
     record = got.record;
     if (got.answer == kNotFound) break;
+    if (u(0, 1) == 0) Edit(s, u, channels[u(0, 7)]);
   }
 }
 

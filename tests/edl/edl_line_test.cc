@@ -100,14 +100,16 @@ std::vector<Seen> Pull(CTimeCodeSpace* space, uint32_t first, size_t max) {
       return seen;
     }
     EXPECT_EQ(std::popcount(masks) + std::popcount(line.clip.auxMask), 1);
-    seen.emplace_back(std::countr_zero(masks), line.recordIn,
+    const uint32_t aux = line.clip.auxMask;
+    const int channel = masks != 0 ? std::countr_zero(masks) : 64 + std::countr_zero(aux);
+    seen.emplace_back(channel, line.recordIn,
                       line.recordOut, line.clip.sourceIn, line.clip.sourceOut, name);
   }
   ADD_FAILURE() << "no end after " << max << " lines";
   return seen;
 }
 
-// Random clips on random channels of 0..63. The first line: the highest
+// Random clips on random channels of 0..95. The first line: the highest
 // channel with a clip at frame 0, else channel 0's first clip, else the first
 // play clip by start and channel; then every other play clip by start and
 // channel, once; then the end line, after which the pull starts over.
@@ -120,15 +122,16 @@ TEST(EdlLinePull, EveryPlayClipOnceAfterTheScansChoice) {
     tcs_test::OpenedSpace space;
     const uint32_t kind = seed % 3;  // 0: clips at frame 0; 1: none; 2: none, none on channel 0
     for (uint32_t i = 0, n = seed == 3 ? 0 : 1 + Draw(rnd, 25); i < n; ++i) {
-      uint32_t channel = Draw(rnd, 4) == 0 ? Draw(rnd, 64) : std::array{0u, 2u, 32u}[Draw(rnd, 3)];
-      if (kind == 2 && channel == 0) channel = 63;
+      uint32_t channel =
+          Draw(rnd, 4) == 0 ? Draw(rnd, 96) : std::array{0u, 2u, 32u, 70u}[Draw(rnd, 4)];
+      if (kind == 2 && channel == 0) channel = 95;
       const uint32_t start = kind == 0 && Draw(rnd, 3) == 0 ? 0 : 1 + Draw(rnd, 400);
       const std::string name = "n" + std::to_string(i);
       auto clip = tcs_test::MakeClip(start, 1 + Draw(rnd, 80), 100 * i, name.c_str());
       ASSERT_EQ(tcsAddClip(space.get(), clip.get(), channel), 0u);
     }
     std::vector<Seen> expected;
-    for (uint32_t c = 0; c < 64; ++c) {
+    for (uint32_t c = 0; c < 96; ++c) {
       for (const auto& [start, length, record] : PlayClips(*space, c)) {
         const char* name = record->name;  // by value: the field is unaligned
         expected.emplace_back(c, start, start + length, record->sourceIn,

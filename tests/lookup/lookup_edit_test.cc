@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "lookup/lookup.h"
@@ -87,6 +88,56 @@ TEST(LookupEdit, NotificationsMayEditTheSameChannel) {
     space->CheckInvariants();
     EXPECT_EQ(reentry.lookup->find(30), reentry.lookup->end());
   }
+}
+
+// A channel of more play clips than the ripple delete's read-ahead starts
+// at: the same pull as on a short channel. A delete of the empty gap
+// [10, 20) moves every later play clip, and its record, exactly 10 earlier;
+// nothing before it moves.
+TEST(LookupEdit, RippleDeleteOnAChannelOfManyPlayClips) {
+  constexpr uint32_t kClips = 16384 + 40;  // past the read-ahead's threshold
+  tcs_test::OpenedSpace space;
+  tcs::SpaceLock guard(*space);
+  // |A|   |B|   |C| ...  each 10 long, every 20 frames
+  for (uint32_t k = 0; k < kClips; ++k) {
+    space->AddClip(0, tcs_test::MakeClip(20 * k, 10, k).get(), 0);
+  }
+  space->lookups[0]->ModifyRange(10, 20, TCS_EDIT_DELETE | TCS_EDIT_RIPPLE);
+  const Spans spans = tcs_test::PlaySpans(*space, 0);
+  ASSERT_EQ(spans.size(), kClips);
+  for (uint32_t k = 0; k < kClips; ++k) {
+    const tcs_test::PlaySpan want{k == 0 ? 0 : 20 * k - 10, 10, k};
+    if (spans[k] != want) {
+      ADD_FAILURE() << "play clip " << k << ": " << testing::PrintToString(spans[k]);
+      break;
+    }
+  }
+  space->CheckInvariants();
+}
+
+// A lookup a host made and deletes itself hands each record it plays back
+// to the space, in start order, once: off the list and through the delete
+// notification. A record it does not play stays listed.
+TEST(LookupEdit, ALookupDeletedOnItsOwnHandsBackItsRecords) {
+  tcs_test::NotificationLog log;  // outlives the space, which reports the kept record
+  tcs_test::OpenedSpace space;
+  log.Install(space.get());
+  tcs::SpaceLock guard(*space);
+  auto lookup = std::make_unique<CTCLookup>(space.get());
+  std::vector<CClip*> played;
+  for (uint32_t start : {300u, 0u, 100u}) {
+    CClip* record = space->__AddClipToList(0, tcs_test::MakeClip(start, 50).get(), 5);
+    ASSERT_NE(record, nullptr);
+    CPlayClip pc;
+    pc.Construct(record);
+    ASSERT_TRUE(lookup->Insert(pc));
+    played.push_back(record);
+  }
+  CClip* kept = space->__AddClipToList(0, tcs_test::MakeClip(500, 50).get(), 5);
+  lookup.reset();
+  EXPECT_EQ(log.deleted, (std::vector<CClip*>{played[1], played[2], played[0]}));
+  EXPECT_EQ(tcs_test::ListedClips(*space), std::vector<CClip*>{kept});
+  space->CheckInvariants();
 }
 
 }  // namespace

@@ -2,8 +2,9 @@
 // clips as plain runs of frames, edited the obvious way and compared frame by
 // frame. While the channel stays free of overlaps and clear of the end of the
 // timeline the model is exact; the invariants are checked after every step
-// whatever happens. TCS_LOOKUP_SEED (first seed) and TCS_LOOKUP_RUNS
-// (sequences) override the defaults.
+// whatever happens, and so is the walk's position kept across the edits.
+// TCS_LOOKUP_SEED (first seed) and TCS_LOOKUP_RUNS (sequences) override the
+// defaults.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -116,6 +117,12 @@ void Play(uint64_t seed, bool sparse, int steps) {
     }
     lookup.CheckInvariants();
     space.CheckInvariants();
+    // The walk's kept position outlives an edit only as one of the play clips.
+    if (const auto kept = lookup.WalkHint(); kept != lookup.end()) {
+      ASSERT_TRUE(std::any_of(lookup.begin(), lookup.end(),
+                              [&kept](const auto& pc) { return &pc == &*kept; }));
+    }
+    lookup.KeepWalkHint(std::next(lookup.begin(), step % (lookup.size() + 1)));
     ASSERT_EQ(tcs_test::ListedClips(space).size() + notes.deleted.size(),
               listed + (notes.refuse ? 0 : notes.added.size()));
     std::ranges::sort(runs, {}, &Run::start);

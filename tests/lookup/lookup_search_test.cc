@@ -1,6 +1,8 @@
 // FindPlayClip: the result selectors, the gap policies and the nearest search,
 // one table. Layout 1 is A = [0, 10) from source 100 and B = [20, 30) from
 // source 500; layout 2 is C = [10, 20) from source 50; layout 0 is empty.
+// Then the searches started from a hint against the same searches without
+// one, on random channels. TCS_HINT_SEED and TCS_HINT_RUNS move the seeds.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -10,11 +12,13 @@
 #include "lookup/lookup.h"
 #include "record/timecode.h"
 #include "space/space.h"
+#include "support/random_channel.h"
 #include "support/test_clips.h"
 
 namespace {
 
 constexpr uint32_t kNone = tcs::kNotFound;  // also: out keeps the start it came with
+using tcs::kLastStart;
 
 TEST(LookupSearch, SelectorsGapPoliciesAndNearest) {
   const std::vector<std::array<uint32_t, 3>> layouts[] = {
@@ -51,6 +55,43 @@ TEST(LookupSearch, SelectorsGapPoliciesAndNearest) {
     EXPECT_EQ(space.lookups[0]->FindPlayClip(mode, t, out), result);
     EXPECT_EQ(out.start, chosen);
   }
+}
+
+// Overlapping, touching and empty play clips, some past the last start the
+// search looks at; every hint (end() too) at every frame near them.
+void SearchFromEveryHint(uint64_t seed) {
+  tcs_test::Dice u(seed);
+  tcs_test::OpenedSpace opened;
+  CTimeCodeSpace& space = *opened;
+  for (int i = 0, n = int(u(0, 24)); i < n; ++i) {
+    const uint32_t start = u(0, 3) == 0 ? kLastStart - 6 + u(0, 12) : u(0, 120);
+    const auto made = tcs_test::MakeClip(start, u(0, 5) == 0 ? 0 : u(1, 30), u(0, 900));
+    tcs_test::LayPlayClip(space, 0, *made, u(0, 9) != 0);
+  }
+  if (space.lookups[0] == nullptr) space.lookups[0] = new CTCLookup(&space);
+  const CTCLookup& lookup = *space.lookups[0];
+  std::vector<uint32_t> ts = {kLastStart + 100, 0xFFFFFFFFu};
+  for (uint32_t t = 0; t < 160; ++t) ts.push_back(t);
+  for (uint32_t t = kLastStart - 40; t < kLastStart + 40; ++t) ts.push_back(t);
+  std::vector<CTCLookup::Position> hints = {lookup.end()};
+  for (auto x = lookup.begin(); x != lookup.end(); ++x) hints.push_back(x);
+  const uint32_t modes[] = {0x10, 0x14, 0x18, 0x12, 0x0C, 0x70, 0x02};
+  for (const uint32_t t : ts) {
+    const CTCLookup::Position le = lookup.findle(t);
+    for (const CTCLookup::Position hint : hints) {
+      ASSERT_TRUE(lookup.findle(t, hint) == le) << "t " << t;
+      for (const uint32_t mode : modes) {
+        CTCLookup::Position want, got;
+        const uint32_t result = lookup.FindPlayClip(mode, t, want);
+        ASSERT_EQ(lookup.FindPlayClip(mode, t, got, hint), result) << "t " << t << " mode " << mode;
+        ASSERT_TRUE(got == want) << "t " << t << " mode " << mode;
+      }
+    }
+  }
+}
+
+TEST(LookupSearch, HintedSearchesAnswerAsTheDescent) {
+  tcs_test::ForEachSeed("TCS_HINT", 301, 60, SearchFromEveryHint);
 }
 
 }  // namespace

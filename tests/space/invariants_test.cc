@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <iterator>
 
 #include "support/test_clips.h"
 #include "tcs.h"
@@ -20,6 +21,12 @@ TEST(InvariantsDeathTest, EachBrokenRuleIsNamed) {
       {"owned by another space", [](CTimeCodeSpace& s) { s.firstClip->owner = nullptr; }},
       {"names another channel", [](CTimeCodeSpace& s) { s.firstClip->channel = 5; }},
       {"range differs", [](CTimeCodeSpace& s) { s.firstClip->length += 1; }},
+      {"starts not strictly increasing",
+       [](CTimeCodeSpace& s) {  // a ripple writes starts in place: one written too far
+         const auto second = std::next(s.lookups[0]->begin());
+         const_cast<tcs::PlayClipNode&>(*second).start = 0;
+         second->clip->start = 0;
+       }},
       {"not listed",
        [](CTimeCodeSpace& s) {  // the first record taken off the list by hand
          CClip* c = s.firstClip;

@@ -19,8 +19,6 @@
 #include "channels.h"
 #include "cli.h"
 #include "clips.h"
-#include "cmx3600/rate_scan.h"
-#include "cmx3600/title_scan.h"
 #include "edl_writer.h"
 
 namespace tcs::cli {
@@ -29,13 +27,6 @@ namespace {
 // Files of at least this many events show progress while they are read.
 constexpr uint64_t kProgressEvents = 100000;
 constexpr uint64_t kProgressEvery = 4096;  // clips added between updates
-
-bool Slurp(const std::string& path, std::string& text) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return false;
-  text.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-  return !in.bad();
-}
 
 // The file's name without its directory and extension.
 std::string FileStem(const std::string& path) {
@@ -72,66 +63,45 @@ Timeline::Timeline(const std::string& path, std::optional<FrameRate> rate,
   if (stat(path.c_str(), &info) != 0) Fail(path + ": " + std::strerror(errno));
   if (S_ISDIR(info.st_mode)) Fail(path + ": is a directory, not an EDL file");
   std::string text;
-  if (!Slurp(path, text)) Fail(path + ": " + std::strerror(errno));
-  const cmx3600::RateScan scan = cmx3600::ScanRate(text);
-  rate_ = rate.value_or(scan.rate);
-  rateReason_ = rate ? "--fps" : cmx3600::RateReason(scan);
-  if (const std::optional<std::string_view> title = cmx3600::ScanTitle(text)) {
-    title_.assign(*title);
-  } else {
-    title_ = FileStem(path);
-  }
-  showProgress_ = isatty(2) && scan.eventLines >= kProgressEvents;
+  if (!host::LoadFile(path, text)) Fail(path + ": " + std::strerror(errno));
+  read_ = host::ScanEdlText(text, rate, "--fps");
+  title_ = read_.title ? *read_.title : FileStem(path);
+  showProgress_ = isatty(2) && read_.eventLines >= kProgressEvents;
 
-  EDLSETTINGS settings;
-  edlInitSettings(&settings, rate_.fps, rate_.dropFrame ? 1 : 0);
-  settings.strict = options.strict ? 1 : 0;
-  settings.keepRate = rate ? 1 : 0;
   space_ = tcsOpen(nullptr, nullptr, nullptr);
   if (space_ == nullptr) Fail(path + ": no space could be opened");
   tcsSetAddCallback(space_, this, &OnAdd);
-  uint32_t status = 0;
   std::vector<std::string> log;
   {
     ErrorLogCapture capture;
-    status = edlReadText(space_, text.data(), text.size(), &settings, &OnWarning, this);
+    host::ReadEdlText(space_, text, options.strict, read_);
     log = capture.lines();
   }
   if (showProgress_) std::fprintf(stderr, "\r%60s\r", "");
-  // In line order: some are found only when the event they belong to ends.
-  std::stable_sort(warnings_.begin(), warnings_.end(),
-                   [](const Warning& a, const Warning& b) { return a.line < b.line; });
-  if (status != 0) {
+  if (read_.status != 0) {
     tcsClose(space_);
     space_ = nullptr;
     PrintWarnings(options.shownWarnings);
-    if (failure_) Fail(path + ": line " + std::to_string(failure_->line) + ": " + failure_->text);
+    if (read_.failure) {
+      Fail(path + ": line " + std::to_string(read_.failure->line) + ": " + read_.failure->text);
+    }
     char code[32];
-    std::snprintf(code, sizeof code, "0x%X", status);
+    std::snprintf(code, sizeof code, "0x%X", read_.status);
     Fail(path + ": not a readable EDL (status " + code + ")" +
          (log.empty() ? std::string() : ": " + log.front()));
   }
   PrintWarnings(options.shownWarnings);
 }
 
-void Timeline::OnWarning(void* self, const EDLWARNING* warning) {
-  Timeline& timeline = *static_cast<Timeline*>(self);
-  Warning kept{warning->line, warning->text != nullptr ? warning->text : ""};
-  if (warning->fatal != 0) {
-    timeline.failure_ = std::move(kept);
-  } else {
-    timeline.warnings_.push_back(std::move(kept));
-  }
-}
-
 // Each warning once, the path said once above them.
 void Timeline::PrintWarnings(size_t shown) const {
-  if (warnings_.empty() || shown == 0) return;
-  const size_t count = warnings_.size();
+  const std::vector<host::EdlWarning>& warnings = read_.warnings;
+  if (warnings.empty() || shown == 0) return;
+  const size_t count = warnings.size();
   std::fprintf(stderr, "tcs: warning: %s: %zu %s\n", path_.c_str(), count,
                count == 1 ? "line not read as written" : "lines not read as written");
   for (size_t i = 0; i < count && i < shown; ++i) {
-    std::fprintf(stderr, "  line %u: %s\n", warnings_[i].line, warnings_[i].text.c_str());
+    std::fprintf(stderr, "  line %u: %s\n", warnings[i].line, warnings[i].text.c_str());
   }
   if (count > shown) {
     std::fprintf(stderr, "  ... and %zu more (--warnings all shows them)\n", count - shown);
@@ -258,9 +228,9 @@ void CheckNothingLost(CTimeCodeSpace* space, const std::string& written, FrameRa
 
 std::string Timeline::EdlText(std::string_view title, const std::string& out) const {
   std::string text;
-  const uint32_t status = host::AppendSpaceEdl(space_, {title, rate_}, text);
+  const uint32_t status = host::AppendSpaceEdl(space_, {title, read_.rate}, text);
   if (status != TCS_OK) Fail(out + " not written: the space could not be listed");
-  CheckNothingLost(space_, text, rate_, out);
+  CheckNothingLost(space_, text, read_.rate, out);
   return text;
 }
 

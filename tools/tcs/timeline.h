@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "cli.h"
+#include "edl_file.h"
 #include "tcs.h"
 #include "timecode/timecode.h"
 
@@ -47,12 +48,12 @@ class Timeline {
   Timeline& operator=(const Timeline&) = delete;
 
   CTimeCodeSpace* space() const { return space_; }
-  FrameRate rate() const { return rate_; }
+  FrameRate rate() const { return read_.rate; }
   // Why the rate: "--fps", or what in the file gave it.
-  const std::string& rateReason() const { return rateReason_; }
-  size_t warnings() const { return warnings_.size(); }
+  const std::string& rateReason() const { return read_.rateReason; }
+  size_t warnings() const { return read_.warnings.size(); }
   const std::string& path() const { return path_; }
-  std::string Tc(uint32_t frames) const { return timecode::TimecodeString(frames, rate_); }
+  std::string Tc(uint32_t frames) const { return timecode::TimecodeString(frames, read_.rate); }
 
   // The title the file gives itself (its TITLE: line), else its name
   // without directory and extension.
@@ -65,20 +66,11 @@ class Timeline {
 
  private:
   static unsigned int OnAdd(void* self, CTimeCodeSpace* space, CClip* clip);
-  static void OnWarning(void* self, const EDLWARNING* warning);
   void PrintWarnings(size_t shown) const;
-
-  struct Warning {
-    uint32_t line;
-    std::string text;
-  };
 
   std::string path_;
   std::string title_;
-  FrameRate rate_;
-  std::string rateReason_;
-  std::vector<Warning> warnings_;
-  std::optional<Warning> failure_;  // where strict mode stopped
+  host::EdlRead read_;  // the rate, why, and what the read could not carry
   CTimeCodeSpace* space_ = nullptr;
   uint64_t added_ = 0;
   bool showProgress_ = false;

@@ -1,0 +1,51 @@
+// Reading an EDL's text into a space as a host does it, the one way the tcs
+// tool and the Python module share: the rate from the list's own text (or
+// the caller's), the translator reading the text in memory, its warnings
+// kept as data in line order. Uses only the C entry points of tcs.h and the
+// CMX 3600 codec's rate scan.
+#ifndef TCS_HOSTKIT_EDL_FILE_H_
+#define TCS_HOSTKIT_EDL_FILE_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tcs.h"
+#include "timecode/frame_rate.h"
+
+namespace tcs::host {
+
+struct EdlWarning {
+  uint32_t line;
+  std::string text;
+};
+
+struct EdlRead {
+  // Before the read (ScanEdlText):
+  timecode::FrameRate rate;
+  bool rateGiven = false;           // the caller's rate, not the list's
+  std::string rateReason;           // the caller's reason, or what in the list gave the rate
+  uint64_t eventLines = 0;          // lines of the list that read as event lines
+  std::optional<std::string> title;  // its TITLE: line above the first event
+  // After it (ReadEdlText):
+  uint32_t status = 0;              // edlReadText's
+  std::vector<EdlWarning> warnings;  // in line order
+  std::optional<EdlWarning> failure;  // strict mode: the line that stopped the read
+};
+
+// The rate `text` is read at: `rate` when given (`given_reason` says where it
+// came from, "--fps"), else the one the list's own text gives.
+EdlRead ScanEdlText(std::string_view text, std::optional<timecode::FrameRate> rate,
+                    const std::string& given_reason);
+// Reads `text` into `space` (whose add notification the caller has set, if
+// any) as `read` was scanned, filling in its outcome.
+void ReadEdlText(CTimeCodeSpace* space, std::string_view text, bool strict, EdlRead& read);
+
+// The bytes of a file; false when it cannot be read.
+bool LoadFile(const std::string& path, std::string& text);
+
+}  // namespace tcs::host
+
+#endif  // TCS_HOSTKIT_EDL_FILE_H_
