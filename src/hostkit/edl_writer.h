@@ -7,8 +7,11 @@
 // lies over the next one on its channel, each is written with the frames it
 // plays (up to the next start), which is what reading the list back plays.
 // A speed the clip library keeps with a clip goes on an M2 line; aux
-// channels on the codec's TCS AUX note. For hosts (C entry points
-// only). Safe from any thread that may read the space.
+// channels on the codec's TCS AUX note. For hosts (C entry points only).
+//
+// Thread safety: each listing call takes the space's lock on its own, so no
+// other thread may edit the space while the text is built (an edit between
+// two calls would be half seen, and the texts the rows borrow could go).
 #ifndef TCS_HOSTKIT_EDL_WRITER_H_
 #define TCS_HOSTKIT_EDL_WRITER_H_
 
