@@ -4,6 +4,7 @@
 #include <tuple>
 #include <vector>
 
+#include "cmx3600/comment_lines.h"
 #include "cmx3600/writer.h"
 
 namespace tcs::host {
@@ -122,8 +123,7 @@ cmx3600::Event EventOf(const Clip& clip) {
   event.reel = clip.reel;
   event.name = clip.name;
   event.clipName = clip.clipName;
-  event.comment = clip.comment;
-  event.hasComment = !clip.comment.empty();
+  // The comment goes after the event's other lines (AppendCommentLines).
   return event;
 }
 
@@ -158,6 +158,7 @@ uint32_t AppendSpaceEdl(CTimeCodeSpace* space, const EdlText& how, std::string& 
       AddChannel(event, clips[j].channel);
     }
     cmx3600::AppendEvent(out, event, ++number, how.rate);
+    cmx3600::AppendCommentLines(out, clips[i].comment);
     i = j;
   }
   return TCS_OK;

@@ -281,4 +281,28 @@ TEST(EdlWriter, JoinsOnlyClipsThatAgreeInEverything) {
   ExpectRoundTrip(space, rate, "same source");
 }
 
+// Notes the reader keeps as comment lines go back as they were written,
+// not as COMMENT: lines; a comment line that would read as something else
+// (a name, a note of the codec's own) stays a COMMENT: line.
+TEST(EdlWriter, NotesGoBackAsTheyWere) {
+  const FrameRate rate{24, false};
+  const std::string list =
+      "TITLE: Notes\r\n"
+      "001  R1       V     C        01:00:00:00 01:00:04:00 00:00:00:00 00:00:04:00\r\n"
+      "* SOURCE FILE: /media/r1.mov\r\n"
+      "* LOC: 00:00:01:00 RED marker\r\n"
+      "* COMMENT: FROM CLIP NAME: not a name\r\n"
+      "* COMMENT: plain words\r\n"
+      "* COMMENT: TCS REEL: not a reel\r\n";
+  Space space;
+  space.Read(list, rate);
+  const std::string text = space.Written(rate);
+  for (const char* line : {"* SOURCE FILE: /media/r1.mov\r\n", "* LOC: 00:00:01:00 RED marker\r\n",
+                           "* COMMENT: FROM CLIP NAME: not a name\r\n",
+                           "* COMMENT: plain words\r\n", "* COMMENT: TCS REEL: not a reel\r\n"}) {
+    EXPECT_NE(text.find(line), std::string::npos) << line << " in\n" << text;
+  }
+  ExpectRoundTrip(space, rate, "notes");
+}
+
 }  // namespace
