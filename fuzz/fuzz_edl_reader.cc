@@ -61,7 +61,10 @@ void NoWarning(void*, const EDLWARNING*) {
 
 // Every clip of every channel with what a list carries of it byte for byte
 // (comments and reels lose control characters and edge blanks on the way
-// out, and are left out here).
+// out, and are left out here), each with the frames it plays: up to the
+// next clip's start on its channel. Even a space read from a list can hold
+// a clip over the next (one that ends at the timeline's end, under one at
+// its last start); a list can only say what plays.
 using Carried = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t, std::string, bool, uint32_t,
                            uint32_t>;
 
@@ -69,6 +72,7 @@ std::vector<Carried> Clips(CTimeCodeSpace* space) {
   std::vector<Carried> clips;
   TCSCLIP rows[64];
   for (uint32_t channel = 0; channel < 96; ++channel) {
+    std::vector<Carried> listed;
     unsigned int from = 0;
     unsigned int count = 0;
     do {
@@ -77,12 +81,19 @@ std::vector<Carried> Clips(CTimeCodeSpace* space) {
       }
       for (unsigned int i = 0; i < count; ++i) {
         const TCSCLIP& r = rows[i];
-        if (r.length == 0) continue;
         const char* name = r.info != nullptr ? r.info->name : nullptr;
-        clips.emplace_back(channel, r.start, r.length, r.sourceIn, name != nullptr ? name : "",
-                           r.effectText[0] != '\0', r.effectCode, r.effectDuration);
+        listed.emplace_back(channel, r.start, r.length, r.sourceIn, name != nullptr ? name : "",
+                            r.effectText[0] != '\0', r.effectCode, r.effectDuration);
       }
     } while (from != TCS_NO_TIMECODE);
+    for (size_t i = 0; i < listed.size(); ++i) {
+      uint32_t& length = std::get<2>(listed[i]);
+      if (i + 1 < listed.size()) {
+        const uint64_t room = uint64_t(std::get<1>(listed[i + 1])) - std::get<1>(listed[i]);
+        if (room < length) length = uint32_t(room);
+      }
+      if (length != 0) clips.push_back(listed[i]);
+    }
   }
   return clips;
 }
