@@ -1,6 +1,9 @@
 #include "clip_type.h"
 
+#include <pybind11/stl.h>
+
 #include <new>
+#include <optional>
 #include <string>
 
 #include "tcs.h"
@@ -71,6 +74,10 @@ PyGetSetDef getters[] = {
     Field<[](const Clip& c) { return c.transition; }>("transition"),
     Field<[](const Clip& c) { return c.transition_frames; }>("transition_frames"),
     Field<[](const Clip& c) { return c.transition_code; }>("transition_code"),
+    Field<[](const Clip& c) -> std::optional<double> {
+      if (!c.speed_milli) return std::nullopt;
+      return *c.speed_milli / 1000.0;
+    }>("speed"),
     {"alive",
      [](PyObject* self, void*) -> PyObject* {
        try {
@@ -100,7 +107,9 @@ PyObject* Repr(PyObject* self) {
 constexpr char kDoc[] =
     "A clip as a channel plays it: channel, record_in, record_out, length, source_in,\n"
     "source_out, name, reel, comment, clip_name, transition ('' for a cut),\n"
-    "transition_frames and transition_code. Read-only. Reading any of them once the\n"
+    "transition_frames, transition_code and speed (source frames per second where an\n"
+    "M2 line gave the clip a speed of its own, negative in reverse, 0 a freeze; else\n"
+    "None). Read-only. Reading any of them once the\n"
     "record has left the space (an edit cut it away, or the space was closed) raises\n"
     "StaleClipError; `alive` tells without raising.";
 

@@ -76,6 +76,7 @@ Clip::Clip(std::shared_ptr<SpaceState> state, const TCSCLIP& row)
     reel = Text(row.info->reel);
     comment = Text(row.info->comment);
     clip_name = Text(row.info->clipName);
+    if (int32_t milli = 0; clsGetClipSpeed(row.info, &milli, nullptr) != 0) speed_milli = milli;
   }
 }
 
@@ -284,10 +285,12 @@ std::vector<Playing> Space::At(const py::handle& at_arg) const {
       [&] {
         for (const uint32_t c : ChannelsWithClips(space)) {
           Playing p{ChannelName(c), std::nullopt, std::nullopt};
-          const uint32_t source = tcsTranslate(space, 0, at, nullptr, c);
+          uint32_t source = tcsTranslate(space, 0, at, nullptr, c);
           TCSCLIP row;
           if (source != TCS_NOT_FOUND && RowAt(space, c, at, row)) {
             p.clip.emplace(state_, row);
+            // A clip with a speed of its own plays another source frame.
+            source = clsPlayedSource(row.info, source, state_->rate.fps);
             p.source = Timecode{source, state_->rate};
           }
           playing.push_back(std::move(p));

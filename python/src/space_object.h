@@ -52,6 +52,7 @@ class Clip {
   bool Alive() const;
 
   uint32_t channel, start, length, source_in, source_out, transition_frames, transition_code;
+  std::optional<int32_t> speed_milli;  // source frames per 1000 s where the clip has a speed
   std::string name, reel, comment, clip_name, transition;
   FrameRate rate;
 

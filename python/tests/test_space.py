@@ -166,3 +166,15 @@ def test_read_finds_the_rate_and_keeps_warnings(tmp_path):
     with pytest.raises(tcspace.TcsError) as error:
         tcspace.read(str(broken), strict=True)
     assert "line 2" in error.value.log
+
+
+def test_speeds_play_the_source_they_say():
+    data = __import__("os").path.join(__import__("conftest").ROOT, "tests", "data", "edl")
+    with tcspace.read(f"{data}/FCP_REVERSE.edl", fps=25) as space:
+        reversed_clips = [c for name in space.channels() for c in space.clips(name)
+                          if c.speed is not None and c.speed < 0]
+        assert reversed_clips, "the list plays a clip in reverse"
+        clip = reversed_clips[0]
+        first = [p for p in space.at(clip.record_in) if p.channel == clip.channel][0]
+        later = [p for p in space.at(clip.record_in + 5) if p.channel == clip.channel][0]
+        assert int(later.source) == int(first.source) - 5  # full-speed reverse

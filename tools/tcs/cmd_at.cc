@@ -36,18 +36,19 @@ int RunAt(const Args& args) {
 
   std::vector<Answer> answers;
   for (const uint32_t channel : channels) {
-    CClip* clip = nullptr;
-    uint32_t source = tcsTranslate(timeline.space(), 0, at, &clip, channel);
-    std::optional<ClipView> view;
-    if (source != TCS_NOT_FOUND) {
-      // The frame a speed change plays there.
-      TCSCLIP row;
-      if (clip != nullptr && tcsDescribeClip(clip, &row) == TCS_OK) {
-        source = clsPlayedSource(row.info, source, timeline.rate().fps);
-      }
-      view = ClipAt(timeline.space(), channel, at);
+    TCSCLIP row;
+    unsigned int count = 0;
+    unsigned int next = 0;
+    uint32_t source = tcsTranslate(timeline.space(), 0, at, nullptr, channel);
+    if (source != TCS_NOT_FOUND &&
+        tcsGetClips(timeline.space(), channel, at, at + 1, &row, 1, &count, &next) == TCS_OK &&
+        count == 1) {
+      // Where the clip plays its source at a speed of its own, the frame it plays.
+      source = clsPlayedSource(row.info, source, timeline.rate().fps);
+      answers.push_back({channel, ViewOf(row), source});
+    } else {
+      answers.push_back({channel, std::nullopt, source});
     }
-    answers.push_back({channel, view, source});
   }
 
   if (args.Has("--json")) {
