@@ -1,8 +1,8 @@
 # Install rules: both shared libraries and the two static codec libraries,
 # the public and codec header sets under include/tcspace, a CMake package
 # (find_package(tcspace) gives tcspace::tcspace, tcspace::tcsplatform,
-# tcspace::tcstimecode and tcspace::tcscmx3600), a pkg-config file, and the
-# tcs tool.
+# tcspace::tcstimecode and tcspace::tcscmx3600, and tcspace::tcsotio where
+# it was built), a pkg-config file, and the tcs tool.
 include(CMakePackageConfigHelpers)
 
 set(TCS_CMAKE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/tcspace")
@@ -13,6 +13,11 @@ install(TARGETS tcspace tcsplatform tcstimecode tcscmx3600 EXPORT tcspaceTargets
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 install(DIRECTORY "${TCS_PUBLIC_INCLUDE_DIR}/" "${TCS_CODEC_INCLUDE_DIR}/"
         DESTINATION "${TCS_INSTALL_INCLUDE_DIR}")
+# tcsotio (when built): the static interchange library and its header.
+if(TARGET tcsotio)
+  install(TARGETS tcsotio EXPORT tcspaceTargets ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}")
+  install(DIRECTORY "${TCS_OTIO_INCLUDE_DIR}/" DESTINATION "${TCS_INSTALL_INCLUDE_DIR}")
+endif()
 install(EXPORT tcspaceTargets NAMESPACE tcspace:: DESTINATION "${TCS_CMAKE_DIR}")
 
 configure_package_config_file(cmake/tcspaceConfig.cmake.in

@@ -147,7 +147,7 @@ a refused edit raises a TcsError. Safe to share between threads.)doc")
           },
           "Called with each Clip as it leaves the space.")
       .def("write", &WriteFile, py::arg("path"),
-           "Writes the space as a file; the format follows the extension.")
+           "Writes the space as a file: OpenTimelineIO where the name ends in .otio, else an EDL.")
       .def("__repr__", [](const Space& s) {
         return std::string("<tcspace.Space ") + (s.closed() ? "closed" : "open") + " at " +
                RateSpelling(s.state()->rate) + " fps>";
@@ -176,8 +176,9 @@ PYBIND11_MODULE(_tcspace, m) {
                         strict);
       },
       py::arg("path"), py::arg("fps") = py::none(), py::arg("strict") = false,
-      "Opens a space holding the timeline of `path` (an EDL), at `fps` or at the rate the "
-      "file gives, found as the tcs tool finds it (space.rate_reason says how). Lines the "
-      "reader cannot read are skipped and listed in space.warnings; strict=True stops at the "
-      "first instead, with a TcsError.");
+      "Opens a space holding the timeline of `path` (an EDL, or OpenTimelineIO where the "
+      "name ends in .otio), at `fps` or at the rate the file gives, found as the tcs tool "
+      "finds it (space.rate_reason says how). What the reader could not carry as written is "
+      "listed in space.warnings; for an EDL, strict=True stops at the first line it cannot "
+      "read instead, with a TcsError.");
 }

@@ -1,14 +1,72 @@
 #include "timeline_io.h"
 
+#include <cctype>
+
 #include "edl_file.h"
 #include "library_call.h"
+#ifdef TCS_PYTHON_OTIO
+#include "otio/otio.h"
+#endif
 
 namespace py = pybind11;
 
 namespace tcs::py_module {
 
+namespace {
+
+bool IsOtio(const std::string& path) {
+  const size_t dot = path.rfind('.');
+  if (dot == std::string::npos) return false;
+  std::string extension = path.substr(dot + 1);
+  for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return extension == "otio";
+}
+
+#ifdef TCS_PYTHON_OTIO
+// An .otio file read or written: a failure is a TcsError of the status that
+// fits (a file that cannot be opened: OSError).
+void CheckOtio(tcs::otio::Status status, const std::string& error, const std::string& what) {
+  using tcs::otio::Status;
+  if (status == Status::kOk) return;
+  if (status == Status::kCannotOpen || status == Status::kCannotWrite) {
+    throw py::error_already_set((PyErr_SetString(PyExc_OSError, error.c_str()),
+                                 py::error_already_set()));
+  }
+  RaiseStatus(status == Status::kSpaceRefused ? TCS_ERR_ADD_REFUSED : TCS_ERR_BAD_ARGUMENTS,
+              {error}, what);
+}
+
+std::unique_ptr<Space> ReadOtio(const std::string& path, std::optional<FrameRate> rate) {
+  auto space = std::make_unique<Space>(rate.value_or(FrameRate{}));
+  CTimeCodeSpace* handle = space->Handle("read");
+  LogLines log;
+  tcs::otio::ReadOptions options;
+  options.rate = rate;
+  ++space->state()->edits;
+  const tcs::otio::ReadResult read =
+      Call([&] { return tcs::otio::ReadOtioFile(handle, path, options); }, log);
+  CheckOtio(read.status, read.error, "reading " + path);
+  SpaceState& state = *space->state();
+  state.rate = read.rate;
+  state.rate_reason = rate ? "given" : "the timeline's own";
+  for (const tcs::otio::Warning& w : read.warnings) {
+    state.warnings.emplace_back(0, w.item + ": " + w.text);
+  }
+  Warn(log);
+  return space;
+}
+
+#else
+std::unique_ptr<Space> ReadOtio(const std::string&, std::optional<FrameRate>) {
+  throw py::value_error("this tcspace was built without .otio support");
+}
+#endif
+
+}  // namespace
+
 std::unique_ptr<Space> ReadFile(const std::string& path, std::optional<FrameRate> rate,
                                 bool strict) {
+  if (IsOtio(path)) return ReadOtio(path, rate);
   auto space = std::make_unique<Space>(rate.value_or(FrameRate{}));
   CTimeCodeSpace* handle = space->Handle("read");
   LogLines log;
@@ -43,6 +101,20 @@ std::unique_ptr<Space> ReadFile(const std::string& path, std::optional<FrameRate
 void WriteFile(Space& space, const std::string& path) {
   CTimeCodeSpace* handle = space.Handle("write");
   const FrameRate r = space.state()->rate;
+  if (IsOtio(path)) {
+#ifndef TCS_PYTHON_OTIO
+    throw py::value_error("this tcspace was built without .otio support");
+#else
+    tcs::otio::WriteOptions options;
+    options.rate = r;
+    LogLines log;
+    const tcs::otio::WriteResult written =
+        Call([&] { return tcs::otio::WriteOtioFile(handle, path, options); }, log);
+    CheckOtio(written.status, written.error, "writing " + path);
+    Warn(log);
+    return;
+#endif
+  }
   EDLSETTINGS settings;
   edlInitSettings(&settings, r.fps, r.dropFrame ? 1 : 0);
   LogLines log;

@@ -178,3 +178,22 @@ def test_speeds_play_the_source_they_say():
         first = [p for p in space.at(clip.record_in) if p.channel == clip.channel][0]
         later = [p for p in space.at(clip.record_in + 5) if p.channel == clip.channel][0]
         assert int(later.source) == int(first.source) - 5  # full-speed reverse
+
+
+def test_otio_and_edl_hold_the_same_clips(news, tmp_path):
+    def clips(space):
+        return {c: [(int(k.record_in), k.length, int(k.source_in), k.name, k.reel)
+                    for k in space.clips(c)] for c in space.channels()}
+
+    with tcspace.read(news) as space:
+        original = clips(space)
+        space.write(str(tmp_path / "news.otio"))
+    with tcspace.read(str(tmp_path / "news.otio")) as space:
+        assert space.rate == tcspace.FrameRate(30)
+        assert clips(space) == original
+        space.write(str(tmp_path / "back.edl"))
+    with tcspace.read(str(tmp_path / "back.edl")) as space:
+        assert clips(space) == original
+    (tmp_path / "bad.otio").write_text("{not json")
+    with pytest.raises(tcspace.TcsError):
+        tcspace.read(str(tmp_path / "bad.otio"))

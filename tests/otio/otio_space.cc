@@ -1,0 +1,61 @@
+#include "otio/otio_space.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+namespace tcs_test {
+namespace {
+
+std::string Text(const char* text) { return text != nullptr ? text : ""; }
+char* Raw(const std::string& text) { return text.empty() ? nullptr : const_cast<char*>(text.c_str()); }
+
+}  // namespace
+
+std::vector<ClipRow> AllClips(CTimeCodeSpace* space) {
+  std::vector<ClipRow> out;
+  for (uint32_t channel = 0; channel < 96; ++channel) {
+    unsigned int from = 0, count = 0;
+    TCSCLIP rows[64];
+    do {
+      EXPECT_EQ(tcsGetClips(space, channel, from, TCS_NO_TIMECODE, rows, 64, &count, &from), 0u);
+      for (unsigned int i = 0; i < count; ++i) {
+        const TCSCLIP& r = rows[i];
+        const bool effect = r.effectText[0] != '\0';
+        ClipRow row{r.channel, r.start, r.length, r.sourceIn, effect ? r.effectCode : 0,
+                    effect ? r.effectDuration : 0, "", "", "", ""};
+        if (r.info != nullptr) {
+          row.name = Text(r.info->name);
+          row.reel = Text(r.info->reel);
+          row.comment = Text(r.info->comment);
+          row.clipName = Text(r.info->clipName);
+        }
+        out.push_back(row);
+      }
+    } while (count > 0 && from != TCS_NO_TIMECODE);
+  }
+  return out;
+}
+
+void LayClip(CTimeCodeSpace* space, const ClipRow& clip) {
+  EDLLINE line;
+  std::memset(&line, 0, sizeof line);
+  line.clip.sourceIn = clip.sourceIn;
+  line.clip.sourceOut = clip.sourceIn + clip.length;
+  if (clip.channel < 32) {
+    line.clip.videoMask = 1u << clip.channel;
+  } else {
+    line.clip.audioMask = 1u << (clip.channel - 32);
+  }
+  line.clip.name = Raw(clip.name);
+  line.clip.reel = Raw(clip.reel);
+  line.clip.comment = Raw(clip.comment);
+  line.clip.clipName = Raw(clip.clipName);
+  line.recordIn = clip.start;
+  line.recordOut = clip.start + clip.length;
+  line.effectCode = clip.effectCode;
+  line.effectDuration = clip.effectDuration;
+  ASSERT_EQ(_tcsAddEdlLine(space, &line, 0), 0u);
+}
+
+}  // namespace tcs_test
