@@ -207,6 +207,15 @@ class Tool(unittest.TestCase):
         self.assertEqual(run.returncode, 0, run.stderr)
         self.assertIn("* TCS FRAME RATE: 25", read(self.path("as.txt")))
         self.assertFailsCleanly(tcs("convert", bed, self.path("x.otio2")), 2, "--to")
+        # .otio where the tool is built with it: the same clips on the same tracks.
+        run = tcs("convert", bed, self.path("bed.otio"))
+        if run.returncode == 0:
+            timeline = json.loads(read(self.path("bed.otio")))
+            self.assertEqual((timeline["OTIO_SCHEMA"], timeline["name"]), ("Timeline.1", "BED"))
+            self.assertIn("otio files are written, not read",
+                          tcs("convert", self.path("bed.otio"), converted).stderr)
+        else:
+            self.assertIn("not be told from its name", run.stderr)
 
     # Writing onto the input keeps the old file as a numbered backup, which
     # tcs backups counts and restores; -o - writes to standard output only.

@@ -13,7 +13,7 @@ namespace tcs::cli {
 int RunConvert(const Args& args) {
   const std::string& in = args.positional()[0];
   const std::string& out = args.positional()[1];
-  const Format& from = FormatOf(in, args.Value("--from"), "--from");
+  const Format& from = FormatOf(in, args.Value("--from"), "--from", &EdlFormat());
   CheckReadable(from, in);
   // Standard output has no extension: the input's format, unless --to.
   const Format& to = FormatOf(out, args.Value("--to"), "--to", out == "-" ? &from : nullptr);

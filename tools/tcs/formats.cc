@@ -1,6 +1,11 @@
 #include "formats.h"
 
 #include <cctype>
+#include <cstdio>
+
+#ifdef TCS_TOOL_OTIO
+#include "otio/otio.h"
+#endif
 
 namespace tcs::cli {
 namespace {
@@ -9,8 +14,30 @@ std::string WriteEdl(const Timeline& timeline, std::string_view title, const std
   return timeline.EdlText(title, out);
 }
 
+#ifdef TCS_TOOL_OTIO
+// The space as one OpenTimelineIO timeline, every RationalTime at the rate
+// the input was counted at. Where clips overlap on a channel the library
+// cuts them as they play, and says so.
+std::string WriteOtio(const Timeline& timeline, std::string_view title, const std::string& out) {
+  otio::WriteOptions options;
+  options.rate = timeline.rate();
+  options.name = std::string(title);
+  std::string text;
+  const otio::WriteResult result = otio::WriteOtioText(timeline.space(), options, &text);
+  if (result.status != otio::Status::kOk) Fail(out + " not written: " + result.error);
+  for (const otio::Warning& warning : result.warnings) {
+    std::fprintf(stderr, "tcs: warning: %s: %s: %s\n", out.c_str(), warning.item.c_str(),
+                 warning.text.c_str());
+  }
+  return text;
+}
+#endif
+
 constexpr Format kFormats[] = {
     {"edl", "edl", &WriteEdl, true},
+#ifdef TCS_TOOL_OTIO
+    {"otio", "otio", &WriteOtio, false},
+#endif
 };
 
 std::string Lower(std::string_view text) {
@@ -60,6 +87,8 @@ const Format& FormatOf(const std::string& path, const std::optional<std::string>
   UsageFail(path + ": the format cannot be told from its name; give " + option + " (" + Names() +
             ")");
 }
+
+const Format& EdlFormat() { return kFormats[0]; }
 
 void CheckReadable(const Format& format, const std::string& path) {
   if (!format.reads) UsageFail(path + ": " + format.name + " files are written, not read");

@@ -29,6 +29,9 @@ struct Format {
 const Format& FormatOf(const std::string& path, const std::optional<std::string>& named,
                        const char* option, const Format* otherwise = nullptr);
 
+// CMX 3600, what a file whose name says no format is read as.
+const Format& EdlFormat();
+
 // Reads `path` in `format` (a usage error for a format the tool only writes).
 // Every format is read into a space through a Timeline.
 void CheckReadable(const Format& format, const std::string& path);

@@ -63,9 +63,11 @@ const std::vector<Command>& Commands() {
        &RunEdit, ReadOptionsAnd({{"-o", true}}, kFileOptions), 1, ~size_t{0}},
       {"convert", "write a file's clips in another file",
        "usage: tcs convert IN OUT [--from FORMAT] [--to FORMAT] [--title TEXT] [--fps RATE]\n\n"
-       "Reads IN and writes every clip of every channel to OUT, read back before\n"
-       "it is written. Formats go by extension (.edl: CMX 3600), or --from / --to\n"
-       "(edl). The title is IN's own unless --title gives one; timecodes are\n"
+       "Reads IN and writes every clip of every channel to OUT (an EDL is read\n"
+       "back before it is written). Formats go by extension (.edl: CMX 3600, read and written;\n"
+       ".otio: OpenTimelineIO, written where the tool is built with it), or\n"
+       "--from / --to (edl, otio); IN of another name is read as an EDL. The\n"
+       "title is IN's own unless --title gives one; timecodes are\n"
        "written at the rate IN is counted at (--fps says which). OUT - writes to\n"
        "standard output; OUT the same file as IN keeps the old one as a numbered\n"
        "backup (IN.000.edl, see tcs backups).\n",
