@@ -66,6 +66,9 @@ for run, label in (("BM_WalkPlayoutDay", "24-hour walk (20,160 events)"),
 if "BM_WriteEdl" in counters:
     print(f"tcsWriteEdl, 100k events            {counters['BM_WriteEdl']['items_per_second']:>9,.0f} lines/s"
           "  (target >= 500,000)")
+if "BM_WriteSpaceEdl" in counters:
+    print(f"host kit writer, 100k events        {counters['BM_WriteSpaceEdl']['items_per_second']:>9,.0f} lines/s"
+          "  (every clip of every channel)")
 ratio("edlReadFile vs the parsed adds", "BM_ImportEdlFile/iterations:3",
       "BM_AddParsedLines/iterations:3", 1.5)
 PY

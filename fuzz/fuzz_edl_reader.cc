@@ -2,8 +2,9 @@
 // translator's reader, tolerantly or strictly. Whatever the reader made of them is then exported, the export read
 // back into a second space and exported again: what the library writes must
 // read back without a complaint, and the second export must give the same
-// events as the first.
-// The checks of FuzzHost run on both spaces after every call.
+// events as the first. The host kit's writer of the whole space must read
+// back, warning of nothing, into the same clips on every channel.
+// The checks of FuzzHost run on the spaces after every call.
 #include <cctype>
 #include <cstdint>
 #include <cstdio>
@@ -11,8 +12,12 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <tuple>
+#include <vector>
 
+#include "cmx3600/reader.h"
 #include "fuzz/fuzz_host.h"
+#include "hostkit/edl_writer.h"
 #include "tcs.h"
 
 namespace {
@@ -50,6 +55,49 @@ void IgnoreWarning(void*, const EDLWARNING* warning) {
   if (warning->text == nullptr) FuzzHost::Broken("a warning without its text");
 }
 
+void NoWarning(void*, const EDLWARNING*) {
+  FuzzHost::Broken("the host kit's writer wrote a list its reader warns of");
+}
+
+// Every clip of every channel with what a list carries of it byte for byte
+// (comments and reels lose control characters and edge blanks on the way
+// out, and are left out here), each with the frames it plays: up to the
+// next clip's start on its channel. Even a space read from a list can hold
+// a clip over the next (one that ends at the timeline's end, under one at
+// its last start); a list can only say what plays.
+using Carried = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t, std::string, bool, uint32_t,
+                           uint32_t>;
+
+std::vector<Carried> Clips(CTimeCodeSpace* space) {
+  std::vector<Carried> clips;
+  TCSCLIP rows[64];
+  for (uint32_t channel = 0; channel < 96; ++channel) {
+    std::vector<Carried> listed;
+    unsigned int from = 0;
+    unsigned int count = 0;
+    do {
+      if (tcsGetClips(space, channel, from, TCS_NO_TIMECODE, rows, 64, &count, &from) != 0) {
+        FuzzHost::Broken("a channel could not be listed");
+      }
+      for (unsigned int i = 0; i < count; ++i) {
+        const TCSCLIP& r = rows[i];
+        const char* name = r.info != nullptr ? r.info->name : nullptr;
+        listed.emplace_back(channel, r.start, r.length, r.sourceIn, name != nullptr ? name : "",
+                            r.effectText[0] != '\0', r.effectCode, r.effectDuration);
+      }
+    } while (from != TCS_NO_TIMECODE);
+    for (size_t i = 0; i < listed.size(); ++i) {
+      uint32_t& length = std::get<2>(listed[i]);
+      if (i + 1 < listed.size()) {
+        const uint64_t room = uint64_t(std::get<1>(listed[i + 1])) - std::get<1>(listed[i]);
+        if (room < length) length = uint32_t(room);
+      }
+      if (length != 0) clips.push_back(listed[i]);
+    }
+  }
+  return clips;
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -74,6 +122,24 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     FuzzHost::Broken("the export could not write its file");
   }
   read.Check();
+
+  // The whole space, written by the host kit and read back at the same rate.
+  const tcs::timecode::FrameRate counted =
+      (pick & 4) != 0 ? tcs::timecode::MakeFrameRate(settings.framesPerSecond, settings.dropFrame != 0)
+                      : tcs::timecode::MakeFrameRate(30, false);
+  std::string whole;
+  if (tcs::host::AppendSpaceEdl(read.space, {"fuzz", counted}, whole) != 0) {
+    FuzzHost::Broken("the host kit's writer could not list the space");
+  }
+  EDLSETTINGS same;
+  edlInitSettings(&same, counted.fps, counted.dropFrame ? 1 : 0);
+  same.keepRate = 1;
+  FuzzHost kit("kit.tl");
+  edlReadText(kit.space, whole.data(), whole.size(), &same, &NoWarning, nullptr);
+  kit.Check();
+  if (Clips(read.space) != Clips(kit.space)) {
+    FuzzHost::Broken("the host kit's writer, read back, changed the clips");
+  }
 
   FuzzHost back("back.tl");
   if (edlReadFile(back.space, first.c_str(), rate) != 0) {

@@ -60,7 +60,7 @@ export -f stale compile
 export cxx cxxflags
 
 shopt -s nullglob
-for source in src/{record,platform,cmx3600,timecode,lookup,space,command,edl,backup,otio}/*.cc; do
+for source in src/{record,platform,cmx3600,timecode,lookup,space,command,edl,backup,otio,hostkit}/*.cc; do
   echo "$source $out/obj/$(echo "${source#src/}" | tr / _ | sed 's/\.cc$/.o/')"
 done | xargs -P "${FUZZ_JOBS:-2}" -n 2 bash -c 'compile "$0" "$1" -fsanitize=fuzzer-no-link'
 objects=$(ls "$out"/obj/*.o)

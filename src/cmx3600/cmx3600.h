@@ -6,13 +6,18 @@
 //    events, tolerant of what real lists hold, or strict;
 //  - Warning (warning.h): what a reader could not carry, as data;
 //  - AppendHeader / AppendEvent (writer.h): events to text;
-//  - ScanRate (rate_scan.h): the frame rate a list counts at.
+//  - AppendCommentLines (comment_lines.h): a comment's lines as the notes
+//    they were read from;
+//  - ScanRate (rate_scan.h): the frame rate a list counts at;
+//  - ScanTitle (title_scan.h): the title it gives itself.
 #ifndef TCS_CMX3600_CMX3600_H_
 #define TCS_CMX3600_CMX3600_H_
 
+#include "cmx3600/comment_lines.h"
 #include "cmx3600/event.h"
 #include "cmx3600/rate_scan.h"
 #include "cmx3600/reader.h"
+#include "cmx3600/title_scan.h"
 #include "cmx3600/warning.h"
 #include "cmx3600/writer.h"
 

@@ -20,6 +20,9 @@ struct Event {
   uint32_t recordOut = 0;
   uint32_t video = 0;
   uint32_t audio = 0;
+  // Bit n: aux channel n + 1 (X1 ... X32), which only this codec's own
+  // TCS AUX note spells.
+  uint32_t aux = 0;
   // A cut, or a transition into this event: code 0 is the dissolve (D), any
   // other a wipe (Wnnn). A cut may carry a code and duration of its own,
   // which only this codec's own note spells.

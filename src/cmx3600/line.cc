@@ -212,6 +212,7 @@ NoteLabel LabelOf(std::string_view body, std::string_view& value) {
       Label{"TCS NAME:", NoteLabel::kOwnName},
       Label{"TCS EFFECT:", NoteLabel::kOwnEffect},
       Label{"TCS FRAME RATE:", NoteLabel::kOwnRate},
+      Label{"TCS AUX:", NoteLabel::kOwnAux},
       Label{"KEY CLIP NAME:", NoteLabel::kKeyClipName},
   };
   for (const Label& label : kLabels) {

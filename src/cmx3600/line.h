@@ -50,6 +50,7 @@ enum class NoteLabel {
   kOwnName,       // TCS NAME: the clip's name byte for byte, escaped
   kOwnEffect,     // TCS EFFECT: transition code and duration
   kOwnRate,       // TCS FRAME RATE: timecode rate of what follows
+  kOwnAux,        // TCS AUX: aux channels X1 ... X32
   kKeyClipName,   // KEY CLIP NAME: the key of a K B / K pair
 };
 

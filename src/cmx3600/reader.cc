@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cstring>
 
+#include "cmx3600/aux_note.h"
 #include "timecode/timecode.h"
 
 namespace tcs::cmx3600 {
@@ -240,6 +241,7 @@ void EventReader::Start(Pending& p, const EventFields& fields, const uint32_t (&
   std::memcpy(p.times, times, sizeof p.times);
   p.video = fields.tracks.video;
   p.audio = fields.tracks.audio;
+  p.aux = 0;
   p.pair = p.hasFrom = p.hasTo = p.hasComment = p.ownEffect = p.hasSpeed = false;
   p.speedMilliFps = 0;
   p.speedEntry = p.speedLine = 0;
@@ -407,6 +409,11 @@ void EventReader::OnNote(std::string_view body) {
       // A bare '*' is a separator some tools draw, not a line of text.
       if (!body.empty()) AppendComment(body);
       break;
+    case NoteLabel::kOwnAux:
+      if (!ParseAuxNote(value, p.aux)) {
+        Warn(lineNumber_, WarningKind::kBadNote, "TCS AUX: expected aux channels X1 to X32");
+      }
+      break;
     case NoteLabel::kOwnRate:
       break;
   }
@@ -451,6 +458,7 @@ void EventReader::Emit(Pending& p) {
   event.recordOut = p.times[3];
   event.video = p.video;
   event.audio = p.audio;
+  event.aux = p.aux;
   event.reel = p.reel;
   event.name = !p.ownName.empty() ? p.ownName : p.hasTo ? p.toName : p.fromName;
   event.comment = p.comment;

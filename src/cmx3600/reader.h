@@ -92,6 +92,7 @@ class EventReader {
     uint32_t times[4] = {};  // source in, source out, record in, record out
     uint32_t video = 0;
     uint32_t audio = 0;
+    uint32_t aux = 0;
     bool pair = false;  // a transition read from two lines
     bool hasFrom = false;
     bool hasTo = false;

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "cmx3600/aux_note.h"
 #include "cmx3600/tracks.h"
 #include "timecode/timecode.h"
 
@@ -224,6 +225,7 @@ void AppendEvent(std::string& out, const Event& line, uint32_t number, timecode:
     }
   }
   if (tracks.extraVideo != 0 || tracks.extraAudio != 0) AppendTracksNote(out, tracks);
+  if (clip.aux != 0) AppendAuxNote(out, clip.aux);
   if (!clip.clipName.empty()) {
     AppendNote(out, "TCS CLIP:", clip.clipName);
   }

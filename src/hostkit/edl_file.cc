@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "cmx3600/rate_scan.h"
+#include "cmx3600/title_scan.h"
 
 namespace tcs::host {
 namespace {
@@ -29,6 +30,7 @@ EdlRead ScanEdlText(std::string_view text, std::optional<timecode::FrameRate> ra
   read.rateGiven = rate.has_value();
   read.rateReason = rate ? given_reason : cmx3600::RateReason(scan);
   read.eventLines = scan.eventLines;
+  if (const std::optional<std::string_view> title = cmx3600::ScanTitle(text)) read.title = *title;
   return read;
 }
 

@@ -28,6 +28,7 @@ struct EdlRead {
   bool rateGiven = false;           // the caller's rate, not the list's
   std::string rateReason;           // the caller's reason, or what in the list gave the rate
   uint64_t eventLines = 0;          // lines of the list that read as event lines
+  std::optional<std::string> title;  // its TITLE: line above the first event
   // After it (ReadEdlText):
   uint32_t status = 0;              // edlReadText's
   std::vector<EdlWarning> warnings;  // in line order

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "cmx3600/reader.h"
+#include "platform/clip.h"
 #include "platform/clip_speed.h"
 #include "platform/edl_rate.h"
 #include "platform/errlog.h"
@@ -12,6 +13,8 @@
 
 extern "C" __attribute__((weak)) uint32_t _tcsAddEdlLine(CTimeCodeSpace* space,
                                                           const EDLLINE* line, uint64_t tag);
+extern "C" __attribute__((weak)) unsigned int tcsAddClip(CTimeCodeSpace* space, CClip* clip,
+                                                         unsigned int channel);
 
 namespace tcs::translator {
 namespace {
@@ -58,6 +61,25 @@ char* Text(std::string_view text) {
   return text.empty() ? nullptr : const_cast<char*>(text.data());  // NUL-terminated by the reader
 }
 
+// The aux channels of this codec's own TCS AUX note. An EDL line lays video
+// and audio channels only, so the translator lays these itself: the same
+// record, placed as the line places it, without video and audio masks.
+void AddAux(CTimeCodeSpace* space, const EDLLINE& line, uint32_t aux, uint64_t tag) {
+  CClip record;
+  record.ClearClip();
+  record.SetClip(&line.clip);
+  record.start = ClampStart(line.recordIn);
+  record.length = LengthRule(record.start, line.clip.sourceOut - line.clip.sourceIn);
+  record.hostTag = tag;
+  record.SetEffect(line.effectCode, nullptr, line.effectDuration);
+  record.videoMask = 0;
+  record.audioMask = 0;
+  record.auxMask = aux;
+  for (unsigned bit = 0; bit < 32; ++bit) {
+    if (((aux >> bit) & 1u) != 0) tcsAddClip(space, &record, 64 + bit);
+  }
+}
+
 void OnEvent(void* context, const cmx3600::Event& event) {
   Import& import = *static_cast<Import*>(context);
   EDLLINE line;
@@ -98,6 +120,7 @@ void OnEvent(void* context, const cmx3600::Event& event) {
   line.effectCode = event.effectCode;
   line.effectDuration = event.effectDuration;
   _tcsAddEdlLine(import.space, &line, event.line);
+  if (event.aux != 0) AddAux(import.space, line, event.aux, event.line);
 }
 
 }  // namespace

@@ -92,6 +92,7 @@ uint32_t TimecodeArg(const std::string& text, FrameRate rate, const std::string&
 int RunInfo(const Args& args);
 int RunAt(const Args& args);
 int RunEdit(const Args& args);
+int RunConvert(const Args& args);
 int RunWalk(const Args& args);
 int RunDraw(const Args& args);
 int RunBackups(const Args& args);

@@ -12,12 +12,16 @@
 //   delete=CH,FROM,TO            remove FROM..TO; later clips move back
 //   trim=CH,AT,IN,OUT            the clip that starts at AT plays source IN..OUT
 //   move=CH,AT,TO                the clip that starts at AT moves to start at TO
+//
+// -o onto the input keeps the old file as a numbered backup; -o - writes to
+// standard output.
 #include <cstring>
 #include <iostream>
 
 #include "channels.h"
 #include "edit_request.h"
 #include "cli.h"
+#include "output.h"
 #include "timeline.h"
 
 namespace tcs::cli {
@@ -125,9 +129,13 @@ int RunEdit(const Args& args) {
       Fail(what + ": refused" + (log.lines().empty() ? std::string(" (") + code + ")" : ": " + log.Joined()));
     }
   }
-  timeline.WriteEdl(*out);
+  const std::optional<std::string> backup =
+      Deliver(*out, positional[0], timeline.EdlText(timeline.title(), *out));
+  if (*out == "-") return 0;
   std::cout << "wrote " << *out << " (" << positional.size() - 1
-            << (positional.size() == 2 ? " operation)\n" : " operations)\n");
+            << (positional.size() == 2 ? " operation" : " operations");
+  if (backup) std::cout << "; the old file kept as " << *backup;
+  std::cout << ")\n";
   return 0;
 }
 

@@ -49,7 +49,10 @@ const std::vector<Command>& Commands() {
        &RunAt, ReadOptionsAnd({{"--channel", true}}), 2, 2},
       {"edit", "apply edit operations and write the result",
        "usage: tcs edit FILE.edl OP... -o OUT.edl [--fps RATE]\n\n"
-       "Applies each OP in turn, then writes OUT.edl (only when every OP succeeds).\n"
+       "Applies each OP in turn, then writes OUT.edl (only when every OP succeeds):\n"
+       "every clip of every channel, read back before it is written. -o FILE.edl\n"
+       "keeps the old file as a numbered backup (FILE.000.edl, see tcs backups);\n"
+       "-o - writes to standard output.\n"
        "CH is a channel (V1..V32, A1..A32 or 0..63), several joined by '+'.\n\n"
        "  overwrite=CH,AT,IN,OUT,NAME  lay source IN..OUT of NAME over CH from AT\n"
        "  insert=CH,AT,DURATION        open a gap of DURATION at a cut; later clips move on\n"
@@ -58,6 +61,18 @@ const std::vector<Command>& Commands() {
        "  trim=CH,AT,IN,OUT            the clip that starts at AT plays source IN..OUT\n"
        "  move=CH,AT,TO                the clip that starts at AT moves to start at TO\n",
        &RunEdit, ReadOptionsAnd({{"-o", true}}, kFileOptions), 1, ~size_t{0}},
+      {"convert", "write a file's clips in another file",
+       "usage: tcs convert IN OUT [--from FORMAT] [--to FORMAT] [--title TEXT] [--fps RATE]\n\n"
+       "Reads IN and writes every clip of every channel to OUT (an EDL is read\n"
+       "back before it is written). Formats go by extension (.edl: CMX 3600, read and written;\n"
+       ".otio: OpenTimelineIO, written where the tool is built with it), or\n"
+       "--from / --to (edl, otio); IN of another name is read as an EDL. The\n"
+       "title is IN's own unless --title gives one; timecodes are\n"
+       "written at the rate IN is counted at (--fps says which). OUT - writes to\n"
+       "standard output; OUT the same file as IN keeps the old one as a numbered\n"
+       "backup (IN.000.edl, see tcs backups).\n",
+       &RunConvert,
+       ReadOptionsAnd({{"--from", true}, {"--to", true}, {"--title", true}}, kFileOptions), 2, 2},
       {"walk", "the event walk, one event a line",
        "usage: tcs walk FILE.edl [--fps RATE] [--json]\n\n"
        "Steps through the timeline event by event, as the EDL export does: an event\n"

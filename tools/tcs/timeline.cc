@@ -14,12 +14,12 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <set>
 #include <tuple>
 
 #include "channels.h"
 #include "cli.h"
 #include "clips.h"
+#include "edl_writer.h"
 
 namespace tcs::cli {
 namespace {
@@ -28,6 +28,13 @@ namespace {
 constexpr uint64_t kProgressEvents = 100000;
 constexpr uint64_t kProgressEvery = 4096;  // clips added between updates
 
+// The file's name without its directory and extension.
+std::string FileStem(const std::string& path) {
+  std::string name = path.substr(path.find_last_of('/') + 1);
+  const size_t dot = name.find_last_of('.');
+  if (dot != std::string::npos && dot > 0) name.resize(dot);
+  return name;
+}
 
 }  // namespace
 
@@ -58,6 +65,7 @@ Timeline::Timeline(const std::string& path, std::optional<FrameRate> rate,
   std::string text;
   if (!host::LoadFile(path, text)) Fail(path + ": " + std::strerror(errno));
   read_ = host::ScanEdlText(text, rate, "--fps");
+  title_ = read_.title ? *read_.title : FileStem(path);
   showProgress_ = isatty(2) && read_.eventLines >= kProgressEvents;
 
   space_ = tcsOpen(nullptr, nullptr, nullptr);
@@ -118,65 +126,112 @@ namespace {
 
 unsigned int Accept(void*, CTimeCodeSpace*, CClip*) { return 0; }
 
-// Reads the EDL just written back into a space of its own and fails, naming
-// the first of them, when a clip of `space` did not come back: the export
-// covers only the channels its event walk visits, and the walk can pass over
-// a clip, so what is written is checked rather than trusted.
-void CheckNothingLost(CTimeCodeSpace* space, const std::string& written,
-                      const EDLSETTINGS& settings, const std::string& out, FrameRate rate) {
+// What plays at one frame of a channel, with everything a list carries of
+// it: the source frame, the texts, the speed, and at the clip's first frame
+// its transition.
+using Playing = std::tuple<uint32_t, std::string, std::string, std::string, std::string, bool,
+                           uint32_t, uint32_t, std::optional<std::pair<int32_t, uint32_t>>>;
+
+std::string Str(const char* text) { return text != nullptr ? text : ""; }
+
+// Asked of the space's own lookups: the last of the clips listed at `frame`
+// that holds it plays there.
+std::optional<Playing> PlayingAt(CTimeCodeSpace* space, uint32_t channel, uint32_t frame) {
+  TCSCLIP rows[8];
+  unsigned int count = 0;
+  unsigned int next = 0;
+  if (tcsGetClips(space, channel, frame, frame + 1, rows, 8, &count, &next) != TCS_OK) {
+    return std::nullopt;
+  }
+  for (unsigned int i = count; i-- > 0;) {
+    const TCSCLIP& row = rows[i];
+    if (row.start > frame || frame - row.start >= row.length) continue;
+    const CLIPINFO empty{};
+    const CLIPINFO& info = row.info != nullptr ? *row.info : empty;
+    const bool first = row.start == frame;
+    std::optional<std::pair<int32_t, uint32_t>> speed;
+    if (std::pair<int32_t, uint32_t> s; clsGetClipSpeed(&info, &s.first, &s.second) != 0) {
+      speed = s;
+    }
+    return Playing(row.sourceIn + (frame - row.start), Str(info.name), Str(info.reel),
+                   Str(info.clipName), Str(info.comment), first && row.effectText[0] != '\0',
+                   first ? row.effectCode : 0, first ? row.effectDuration : 0, speed);
+  }
+  return std::nullopt;
+}
+
+// The first and last frame of every clip of a space, per channel.
+void AddEdges(CTimeCodeSpace* space, std::vector<std::vector<uint32_t>>& edges) {
+  ChannelMasks masks;
+  if (tcsGetChannels(space, &masks.video, &masks.audio, &masks.aux) != TCS_OK) return;
+  TCSCLIP rows[256];
+  for (const uint32_t channel : MaskChannels(masks)) {
+    unsigned int from = 0;
+    unsigned int count = 0;
+    do {
+      if (tcsGetClips(space, channel, from, TCS_NO_TIMECODE, rows, 256, &count, &from) != TCS_OK) {
+        break;
+      }
+      for (unsigned int i = 0; i < count; ++i) {
+        if (rows[i].length == 0) continue;
+        edges[channel].push_back(rows[i].start);
+        edges[channel].push_back(rows[i].start + rows[i].length - 1);
+      }
+    } while (from != TCS_NO_TIMECODE);
+  }
+}
+
+// Reads the text just written back into a space of its own and fails,
+// naming the first place, when what plays there differs from what plays in
+// `space`: asked at the first and last frame of every clip of either space,
+// so a clip lost, cut, or joined with another into one event (coming back
+// with the other's reel or name) is found.
+void CheckNothingLost(CTimeCodeSpace* space, const std::string& written, FrameRate rate,
+                      const std::string& out) {
   CTimeCodeSpace* reread = tcsOpen(nullptr, nullptr, nullptr);
   if (reread == nullptr) Fail(out + " not written: no space to check it in");
   tcsSetAddCallback(reread, nullptr, &Accept);
+  EDLSETTINGS settings;
+  edlInitSettings(&settings, rate.fps, rate.dropFrame ? 1 : 0);
+  settings.keepRate = 1;
   uint32_t status;
   {
     ErrorLogCapture capture;
-    status = edlReadFile(reread, written.c_str(), &settings);
+    status = edlReadText(reread, written.data(), written.size(), &settings, nullptr, nullptr);
   }
-  using Key = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t, uint32_t, std::string>;
-  std::multiset<Key> back;
-  for (const ChannelView& channel : ChannelsOf(reread)) {
-    for (const ClipView& c : channel.clips) {
-      back.insert({c.channel, c.recordIn, c.recordOut, c.sourceIn, c.sourceOut, c.name});
+  std::vector<std::vector<uint32_t>> edges(96);
+  AddEdges(space, edges);
+  AddEdges(reread, edges);
+  size_t differ = 0;
+  uint32_t channel = 0;
+  uint32_t frame = 0;
+  for (uint32_t c = 0; c < edges.size() && status == 0; ++c) {
+    std::sort(edges[c].begin(), edges[c].end());
+    edges[c].erase(std::unique(edges[c].begin(), edges[c].end()), edges[c].end());
+    for (const uint32_t f : edges[c]) {
+      if (PlayingAt(space, c, f) == PlayingAt(reread, c, f)) continue;
+      if (differ++ == 0) {
+        channel = c;
+        frame = f;
+      }
     }
   }
   tcsClose(reread);
   if (status != 0) Fail(out + " not written: the EDL written cannot be read back");
-  std::vector<const ClipView*> lost;
-  const std::vector<ChannelView> channels = ChannelsOf(space);
-  for (const ChannelView& channel : channels) {
-    for (const ClipView& c : channel.clips) {
-      const auto found = back.find({c.channel, c.recordIn, c.recordOut, c.sourceIn, c.sourceOut, c.name});
-      if (found == back.end()) {
-        lost.push_back(&c);
-      } else {
-        back.erase(found);
-      }
-    }
-  }
-  if (lost.empty()) return;
-  const ClipView& first = *lost.front();
-  Fail(out + " not written: the EDL would lose " + std::to_string(lost.size()) +
-       (lost.size() == 1 ? " clip" : " clips") + ", the first " + ChannelName(first.channel) +
-       " " + timecode::TimecodeString(first.recordIn, rate) + "-" +
-       timecode::TimecodeString(first.recordOut, rate) +
-       " " + first.name + " (the export writes V1..V4 and A1..A16, event by event)");
+  if (differ == 0) return;
+  Fail(out + " not written: read back, it would play something else at " +
+       std::to_string(differ) + (differ == 1 ? " place" : " places") + ", the first " +
+       ChannelName(channel) + " " + timecode::TimecodeString(frame, rate));
 }
 
 }  // namespace
 
-void Timeline::WriteEdl(const std::string& out) const {
-  EDLSETTINGS settings;
-  edlInitSettings(&settings, read_.rate.fps, read_.rate.dropFrame ? 1 : 0);
-  WriteAtomically(out, [&](const std::string& temporary) {
-    {
-      ErrorLogCapture capture;
-      if (tcsWriteEdl(space_, temporary.c_str(), 0, &settings) != 0 || !capture.lines().empty()) {
-        return false;
-      }
-    }
-    CheckNothingLost(space_, temporary, settings, out, read_.rate);
-    return true;
-  });
+std::string Timeline::EdlText(std::string_view title, const std::string& out) const {
+  std::string text;
+  const uint32_t status = host::AppendSpaceEdl(space_, {title, read_.rate}, text);
+  if (status != TCS_OK) Fail(out + " not written: the space could not be listed");
+  CheckNothingLost(space_, text, read_.rate, out);
+  return text;
 }
 
 void WriteAtomically(const std::string& out, const std::function<bool(const std::string&)>& write) {

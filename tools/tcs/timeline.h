@@ -10,6 +10,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cli.h"
@@ -54,15 +55,21 @@ class Timeline {
   const std::string& path() const { return path_; }
   std::string Tc(uint32_t frames) const { return timecode::TimecodeString(frames, read_.rate); }
 
-  // Writes the space as an EDL at `out`, at the file's rate. On failure
-  // nothing is written and an existing file at `out` is left as it was.
-  void WriteEdl(const std::string& out) const;
+  // The title the file gives itself (its TITLE: line), else its name
+  // without directory and extension.
+  const std::string& title() const { return title_; }
+
+  // The space as the text of a CMX 3600 list at the file's rate, every clip
+  // of every channel, checked by reading it back: a CliError naming `out`
+  // when a clip would not come back as it is.
+  std::string EdlText(std::string_view title, const std::string& out) const;
 
  private:
   static unsigned int OnAdd(void* self, CTimeCodeSpace* space, CClip* clip);
   void PrintWarnings(size_t shown) const;
 
   std::string path_;
+  std::string title_;
   host::EdlRead read_;  // the rate, why, and what the read could not carry
   CTimeCodeSpace* space_ = nullptr;
   uint64_t added_ = 0;

@@ -1,0 +1,167 @@
+#include "edl_writer.h"
+
+#include <algorithm>
+#include <tuple>
+#include <vector>
+
+#include "cmx3600/comment_lines.h"
+#include "cmx3600/writer.h"
+
+namespace tcs::host {
+namespace {
+
+constexpr unsigned int kBatch = 256;  // rows asked for at a time
+constexpr uint32_t kChannels = 96;
+
+std::string_view View(const char* text) { return text != nullptr ? text : std::string_view(); }
+
+// One listed clip, its texts borrowed from the space (nothing edits it
+// while the text is built).
+struct Clip {
+  uint32_t start;
+  uint32_t length;
+  uint32_t sourceIn;
+  uint32_t sourceOut;
+  bool transition;
+  uint32_t effectCode;
+  uint32_t effectDuration;
+  bool hasSpeed;
+  int32_t speedMilliFps;
+  uint32_t speedEntry;
+  std::string_view reel;
+  std::string_view name;
+  std::string_view clipName;
+  std::string_view comment;
+  uint32_t channel;
+
+  // Everything an event carries, in the order events are written.
+  auto Key() const {
+    return std::tie(start, length, sourceIn, sourceOut, transition, effectCode, effectDuration,
+                    hasSpeed, speedMilliFps, speedEntry, reel, name, clipName, comment);
+  }
+};
+
+Clip ClipOf(const TCSCLIP& row) {
+  Clip clip{};
+  clip.channel = row.channel;
+  clip.start = row.start;
+  clip.length = row.length;
+  clip.sourceIn = row.sourceIn;
+  // The frames played (see KeepPlayed): a record whose source runs longer
+  // than its place on the timeline plays only these, and an event line whose
+  // source and record lengths differ is read with its source out moved to
+  // match.
+  clip.sourceOut = row.sourceIn + row.length;
+  // Cut or transition goes by the effect text, as the space shows it.
+  clip.transition = row.effectText[0] != '\0';
+  clip.effectCode = row.effectCode;
+  clip.effectDuration = row.effectDuration;
+  if (row.info != nullptr) {
+    clip.reel = View(row.info->reel);
+    clip.name = View(row.info->name);
+    clip.clipName = View(row.info->clipName);
+    clip.comment = View(row.info->comment);
+    clip.hasSpeed = clsGetClipSpeed(row.info, &clip.speedMilliFps, &clip.speedEntry) != 0;
+  }
+  return clip;
+}
+
+// A moved clip may lie over its neighbours. A clip plays from its start up
+// to the next clip's start on its channel (the last of several that start
+// together plays), as the space's lookups answer; what a later start hides
+// never plays, and a list cannot say it without an event over an event,
+// which every reader lays as an overwrite. So each clip of the channel
+// (those from `first` on, in record order) keeps the frames it plays, and
+// one that plays none goes.
+void KeepPlayed(std::vector<Clip>& clips, size_t first) {
+  size_t kept = first;
+  for (size_t i = first; i < clips.size(); ++i) {
+    Clip clip = clips[i];
+    if (i + 1 < clips.size()) {
+      const uint64_t room = uint64_t(clips[i + 1].start) - clip.start;
+      if (room < clip.length) clip.length = uint32_t(room);
+    }
+    if (clip.length == 0) continue;
+    clip.sourceOut = clip.sourceIn + clip.length;
+    clips[kept++] = clip;
+  }
+  clips.resize(kept);
+}
+
+uint32_t ListAll(CTimeCodeSpace* space, std::vector<Clip>& clips) {
+  unsigned int masks[3] = {};
+  uint32_t status = tcsGetChannels(space, &masks[0], &masks[1], &masks[2]);
+  if (status != TCS_OK) return status;
+  TCSCLIP rows[kBatch];
+  for (uint32_t channel = 0; channel < kChannels; ++channel) {
+    if (((masks[channel / 32] >> (channel % 32)) & 1u) == 0) continue;
+    const size_t first = clips.size();
+    unsigned int from = 0;
+    unsigned int count = 0;
+    do {
+      status = tcsGetClips(space, channel, from, TCS_NO_TIMECODE, rows, kBatch, &count, &from);
+      if (status != TCS_OK) return status;
+      for (unsigned int i = 0; i < count; ++i) clips.push_back(ClipOf(rows[i]));
+    } while (from != TCS_NO_TIMECODE);
+    KeepPlayed(clips, first);
+  }
+  return TCS_OK;
+}
+
+cmx3600::Event EventOf(const Clip& clip) {
+  cmx3600::Event event;
+  event.sourceIn = clip.sourceIn;
+  event.sourceOut = clip.sourceOut;
+  event.recordIn = clip.start;
+  event.recordOut = clip.start + clip.length;
+  event.transition = clip.transition;
+  event.effectCode = clip.effectCode;
+  event.effectDuration = clip.effectDuration;
+  event.hasSpeed = clip.hasSpeed;
+  event.speedMilliFps = clip.speedMilliFps;
+  event.speedEntry = clip.speedEntry;
+  event.reel = clip.reel;
+  event.name = clip.name;
+  event.clipName = clip.clipName;
+  // The comment goes after the event's other lines (AppendCommentLines).
+  return event;
+}
+
+uint32_t& MaskOf(cmx3600::Event& event, uint32_t channel) {
+  return channel < 32 ? event.video : channel < 64 ? event.audio : event.aux;
+}
+
+void AddChannel(cmx3600::Event& event, uint32_t channel) {
+  MaskOf(event, channel) |= 1u << (channel % 32);
+}
+
+}  // namespace
+
+uint32_t AppendSpaceEdl(CTimeCodeSpace* space, const EdlText& how, std::string& out) {
+  std::vector<Clip> clips;
+  const uint32_t status = ListAll(space, clips);
+  if (status != TCS_OK) return status;
+  // Channel by channel the rows come in record order: a stable sort by
+  // what an event carries keeps equal clips in channel order.
+  std::stable_sort(clips.begin(), clips.end(),
+                   [](const Clip& a, const Clip& b) { return a.Key() < b.Key(); });
+
+  cmx3600::AppendHeader(out, how.title, how.rate);
+  uint32_t number = 0;
+  size_t i = 0;
+  while (i < clips.size()) {
+    cmx3600::Event event = EventOf(clips[i]);
+    AddChannel(event, clips[i].channel);
+    size_t j = i + 1;
+    // At most one clip of a channel starts at a frame (KeepPlayed).
+    for (; j < clips.size() && clips[j].Key() == clips[i].Key(); ++j) {
+      AddChannel(event, clips[j].channel);
+    }
+    cmx3600::AppendEvent(out, event, ++number, how.rate);
+    cmx3600::AppendCommentLines(out, clips[i].comment);
+    i = j;
+  }
+  return TCS_OK;
+}
+
+}  // namespace tcs::host
