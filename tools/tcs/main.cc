@@ -34,6 +34,8 @@ std::vector<OptionSpec> ReadOptionsAnd(std::vector<OptionSpec> more,
 
 }  // namespace
 
+// Every command that reads a file reads an .otio file as it reads an EDL,
+// by the file's extension (see formats.h).
 const std::vector<Command>& Commands() {
   static const std::vector<Command> commands = {
       {"info", "the clips of an EDL, a table per channel",
@@ -64,8 +66,8 @@ const std::vector<Command>& Commands() {
       {"convert", "write a file's clips in another file",
        "usage: tcs convert IN OUT [--from FORMAT] [--to FORMAT] [--title TEXT] [--fps RATE]\n\n"
        "Reads IN and writes every clip of every channel to OUT (an EDL is read\n"
-       "back before it is written). Formats go by extension (.edl: CMX 3600, read and written;\n"
-       ".otio: OpenTimelineIO, written where the tool is built with it), or\n"
+       "back before it is written). Formats go by extension (.edl: CMX 3600;\n"
+       ".otio: OpenTimelineIO, where the tool is built with it; both read and written), or\n"
        "--from / --to (edl, otio); IN of another name is read as an EDL. The\n"
        "title is IN's own unless --title gives one; timecodes are\n"
        "written at the rate IN is counted at (--fps says which). OUT - writes to\n"

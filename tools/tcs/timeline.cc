@@ -21,6 +21,10 @@
 #include "clips.h"
 #include "edl_writer.h"
 
+#ifdef TCS_TOOL_OTIO
+#include "otio/otio.h"
+#endif
+
 namespace tcs::cli {
 namespace {
 
@@ -57,10 +61,14 @@ std::string ErrorLogCapture::Joined() const {
 }
 
 Timeline::Timeline(const std::string& path, std::optional<FrameRate> rate,
-                   const ReadOptions& options)
+                   const ReadOptions& options, FileKind kind)
     : path_(path) {
   struct stat info;
   if (stat(path.c_str(), &info) != 0) Fail(path + ": " + std::strerror(errno));
+  if (kind == FileKind::kOtio) {
+    ReadOtio(rate, options);
+    return;
+  }
   if (S_ISDIR(info.st_mode)) Fail(path + ": is a directory, not an EDL file");
   std::string text;
   if (!host::LoadFile(path, text)) Fail(path + ": " + std::strerror(errno));
@@ -91,6 +99,49 @@ Timeline::Timeline(const std::string& path, std::optional<FrameRate> rate,
          (log.empty() ? std::string() : ": " + log.front()));
   }
   PrintWarnings(options.shownWarnings);
+}
+
+void Timeline::ReadOtio(std::optional<FrameRate> rate, const ReadOptions& options) {
+#ifdef TCS_TOOL_OTIO
+  space_ = tcsOpen(nullptr, nullptr, nullptr);
+  if (space_ == nullptr) Fail(path_ + ": no space could be opened");
+  tcsSetAddCallback(space_, this, &OnAdd);
+  otio::ReadOptions read;
+  read.rate = rate;
+  const otio::ReadResult result = otio::ReadOtioFile(space_, path_, read);
+  if (result.status != otio::Status::kOk) {
+    tcsClose(space_);
+    space_ = nullptr;
+    Fail(result.error);
+  }
+  read_.rate = result.rate;
+  read_.rateGiven = rate.has_value();
+  read_.rateReason = rate ? "--fps" : "the timeline's rate";
+  title_ = !result.name.empty() ? result.name : FileStem(path_);
+  for (const otio::TrackPlacement& track : result.tracks) {
+    if (track.byName) continue;
+    char name[8];
+    tcsChannelName(track.channel, name, sizeof name);
+    std::fprintf(stderr, "tcs: %s: track \"%s\" read onto %s\n", path_.c_str(),
+                 track.track.c_str(), name);
+  }
+  const size_t count = result.warnings.size();
+  if (count == 0 || options.shownWarnings == 0) return;
+  std::fprintf(stderr, "tcs: warning: %s: %zu %s\n", path_.c_str(), count,
+               count == 1 ? "item not read as written" : "items not read as written");
+  for (size_t i = 0; i < count && i < options.shownWarnings; ++i) {
+    std::fprintf(stderr, "  %s: %s\n", result.warnings[i].item.c_str(),
+                 result.warnings[i].text.c_str());
+  }
+  if (count > options.shownWarnings) {
+    std::fprintf(stderr, "  ... and %zu more (--warnings all shows them)\n",
+                 count - options.shownWarnings);
+  }
+#else
+  (void)rate;
+  (void)options;
+  UsageFail(path_ + ": this tcs is built without .otio support");
+#endif
 }
 
 // Each warning once, the path said once above them.
