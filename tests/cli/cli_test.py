@@ -212,8 +212,14 @@ class Tool(unittest.TestCase):
         if run.returncode == 0:
             timeline = json.loads(read(self.path("bed.otio")))
             self.assertEqual((timeline["OTIO_SCHEMA"], timeline["name"]), ("Timeline.1", "BED"))
-            self.assertIn("otio files are written, not read",
-                          tcs("convert", self.path("bed.otio"), converted).stderr)
+            # And back: every clip but the aux one (a host cannot lay aux
+            # channels), which goes to a free video track with a warning.
+            run = tcs("convert", self.path("bed.otio"), converted)
+            self.assertEqual(run.returncode, 0, run.stderr)
+            self.assertIn("track 'X2' read onto V", run.stderr)
+            self.assertEqual([p for p in played(converted) if p[0] != "X2" and p[4] != "R3"],
+                             [p for p in before if p[0] != "X2"])
+            self.assertEqual(played(converted), played(self.path("bed.otio")))
         else:
             self.assertIn("not be told from its name", run.stderr)
 

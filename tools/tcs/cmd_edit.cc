@@ -20,6 +20,7 @@
 
 #include "channels.h"
 #include "edit_request.h"
+#include "formats.h"
 #include "cli.h"
 #include "output.h"
 #include "timeline.h"
@@ -117,6 +118,9 @@ int RunEdit(const Args& args) {
   if (!out || out->empty()) UsageFail("give the file to write with -o OUT.edl");
   const std::vector<std::string>& positional = args.positional();
   if (positional.size() < 2) UsageFail("give at least one edit operation");
+  // Standard output has the input's format; a name that says none, an EDL.
+  const Format& from = FormatOf(positional[0], args.Value("--from"), "--from", &EdlFormat());
+  const Format& to = FormatOf(*out, std::nullopt, "-o", *out == "-" ? &from : &EdlFormat());
   const Timeline timeline(positional[0], args.FpsOverride(), args.ReadOptions());
   for (size_t i = 1; i < positional.size(); ++i) {
     const std::string what = "operation " + std::to_string(i) + " (" + positional[i] + ")";
@@ -130,7 +134,7 @@ int RunEdit(const Args& args) {
     }
   }
   const std::optional<std::string> backup =
-      Deliver(*out, positional[0], timeline.EdlText(timeline.title(), *out));
+      Deliver(*out, positional[0], to.write(timeline, timeline.title(), *out));
   if (*out == "-") return 0;
   std::cout << "wrote " << *out << " (" << positional.size() - 1
             << (positional.size() == 2 ? " operation" : " operations");

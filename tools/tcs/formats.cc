@@ -36,7 +36,7 @@ std::string WriteOtio(const Timeline& timeline, std::string_view title, const st
 constexpr Format kFormats[] = {
     {"edl", "edl", &WriteEdl, true},
 #ifdef TCS_TOOL_OTIO
-    {"otio", "otio", &WriteOtio, false},
+    {"otio", "otio", &WriteOtio, true},
 #endif
 };
 

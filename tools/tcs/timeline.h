@@ -67,6 +67,7 @@ class Timeline {
  private:
   static unsigned int OnAdd(void* self, CTimeCodeSpace* space, CClip* clip);
   void PrintWarnings(size_t shown) const;
+  void ReadOtio(const std::string& path, std::optional<FrameRate> rate, const ReadOptions& options);
 
   std::string path_;
   std::string title_;
