@@ -30,6 +30,7 @@ struct SpaceState {
   std::atomic<uint64_t> edits{0};   // raised by every call that may change the space
   FrameRate rate;
   std::string rate_reason = "given";  // where the rate came from
+  std::string title;                  // the file's title, written back
   // What the file read into the space could not carry as written.
   std::vector<std::pair<uint32_t, std::string>> warnings;
   pybind11::object on_add = pybind11::none();  // None or a callable

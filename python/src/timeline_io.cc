@@ -1,8 +1,11 @@
 #include "timeline_io.h"
 
 #include <cctype>
+#include <cstdio>
+#include <fstream>
 
 #include "edl_file.h"
+#include "edl_writer.h"
 #include "library_call.h"
 #ifdef TCS_PYTHON_OTIO
 #include "otio/otio.h"
@@ -49,6 +52,7 @@ std::unique_ptr<Space> ReadOtio(const std::string& path, std::optional<FrameRate
   SpaceState& state = *space->state();
   state.rate = read.rate;
   state.rate_reason = rate ? "given" : "the timeline's own";
+  state.title = read.name;
   for (const tcs::otio::Warning& w : read.warnings) {
     state.warnings.emplace_back(0, w.item + ": " + w.text);
   }
@@ -90,6 +94,7 @@ std::unique_ptr<Space> ReadFile(const std::string& path, std::optional<FrameRate
   SpaceState& state = *space->state();
   state.rate = read.rate;
   state.rate_reason = read.rateReason;
+  state.title = read.title.value_or("");
   for (const host::EdlWarning& w : read.warnings) state.warnings.emplace_back(w.line, w.text);
   if (read.failure) {
     log.push_back(path + " line " + std::to_string(read.failure->line) + ": " + read.failure->text);
@@ -107,6 +112,7 @@ void WriteFile(Space& space, const std::string& path) {
 #else
     tcs::otio::WriteOptions options;
     options.rate = r;
+    options.name = space.state()->title;
     LogLines log;
     const tcs::otio::WriteResult written =
         Call([&] { return tcs::otio::WriteOtioFile(handle, path, options); }, log);
@@ -115,12 +121,31 @@ void WriteFile(Space& space, const std::string& path) {
     return;
 #endif
   }
-  EDLSETTINGS settings;
-  edlInitSettings(&settings, r.fps, r.dropFrame ? 1 : 0);
+  // Every clip of every channel, not the export walk's events: nothing is
+  // passed over. Written beside the file and renamed over it, so a failure
+  // leaves an existing file as it was.
+  const std::string title = space.state()->title;
   LogLines log;
-  const uint32_t status =
-      Call([&] { return tcsWriteEdl(handle, path.c_str(), 0, &settings); }, log);
+  bool written = false;
+  const uint32_t status = Call(
+      [&] {
+        std::string text;
+        const uint32_t listed = host::AppendSpaceEdl(handle, {title, r}, text);
+        if (listed != TCS_OK) return listed;
+        const std::string temporary = path + ".tcs-partial";
+        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
+        out.write(text.data(), static_cast<std::streamsize>(text.size()));
+        out.close();
+        written = out.good() && std::rename(temporary.c_str(), path.c_str()) == 0;
+        if (!written) std::remove(temporary.c_str());
+        return uint32_t{TCS_OK};
+      },
+      log);
   Check(status, log, "writing " + path);
+  if (!written) {
+    throw py::error_already_set((PyErr_SetFromErrnoWithFilename(PyExc_OSError, path.c_str()),
+                                 py::error_already_set()));
+  }
 }
 
 }  // namespace tcs::py_module

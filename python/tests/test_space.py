@@ -197,3 +197,20 @@ def test_otio_and_edl_hold_the_same_clips(news, tmp_path):
     (tmp_path / "bad.otio").write_text("{not json")
     with pytest.raises(tcspace.TcsError):
         tcspace.read(str(tmp_path / "bad.otio"))
+
+
+def test_write_keeps_every_clip_the_walk_would_pass_over(tmp_path):
+    with tcspace.Space() as space:
+        # V1's clip at 40 starts while the walk still marks V1 as reported;
+        # V9 and A20 lie beyond what the walk visits.
+        for chans, at, length, src in [("V1", 20, 20, 0), ("V1", 40, 30, 2005), ("V2", 45, 25, 0),
+                                       ("V3", 30, 25, 0), ("V9+A20", 0, 50, 700)]:
+            space.overwrite(chans, at, (src, src + length), f"c{at}-{src}")
+        walked = {(c, int(e.record_in)) for e in space.events() for c in e.channels}
+        assert ("V1", 40) not in walked
+        space.write(str(tmp_path / "all.edl"))
+        before = {c: [(int(k.record_in), k.length, k.name) for k in space.clips(c)]
+                  for c in space.channels()}
+    with tcspace.read(str(tmp_path / "all.edl"), fps=30) as back:
+        assert {c: [(int(k.record_in), k.length, k.name) for k in back.clips(c)]
+                for c in back.channels()} == before

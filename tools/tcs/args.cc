@@ -78,6 +78,7 @@ std::optional<FrameRate> Args::FpsOverride() const {
 ReadOptions Args::ReadOptions() const {
   struct ReadOptions options;
   options.strict = Has("--strict");
+  options.from = Value("--from");
   if (Has("--quiet")) options.shownWarnings = 0;
   if (const std::optional<std::string> shown = Value("--warnings")) {
     size_t count = 0;

@@ -40,6 +40,7 @@ class CliError : public std::runtime_error {
 struct ReadOptions {
   bool strict = false;
   size_t shownWarnings = 5;
+  std::optional<std::string> from;  // --from: the input's format, else its extension says
 };
 
 struct OptionSpec {

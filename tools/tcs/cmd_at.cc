@@ -5,7 +5,6 @@
 #include "channels.h"
 #include "clips.h"
 #include "cli.h"
-#include "formats.h"
 #include "json_writer.h"
 #include "table.h"
 #include "timeline.h"
@@ -22,8 +21,7 @@ struct Answer {
 }  // namespace
 
 int RunAt(const Args& args) {
-  const Timeline timeline(args.positional()[0], args.FpsOverride(), args.ReadOptions(),
-                          ReadKindOf(args.positional()[0]));
+  const Timeline timeline(args.positional()[0], args.FpsOverride(), args.ReadOptions());
   const uint32_t at = TimecodeArg(args.positional()[1], timeline.rate(), "timecode");
   std::vector<uint32_t> channels;
   if (const std::optional<std::string> text = args.Value("--channel")) {

@@ -17,7 +17,7 @@ int RunConvert(const Args& args) {
   CheckReadable(from, in);
   // Standard output has no extension: the input's format, unless --to.
   const Format& to = FormatOf(out, args.Value("--to"), "--to", out == "-" ? &from : nullptr);
-  const Timeline timeline(in, args.FpsOverride(), args.ReadOptions(), from.kind);
+  const Timeline timeline(in, args.FpsOverride(), args.ReadOptions());
   const std::optional<std::string> title = args.Value("--title");
   const std::string text = to.write(timeline, title ? *title : timeline.title(), out);
   const std::optional<std::string> backup = Deliver(out, in, text);

@@ -3,7 +3,6 @@
 #include <iostream>
 
 #include "cli.h"
-#include "formats.h"
 #include "clips.h"
 #include "svg_timeline.h"
 #include "timeline.h"
@@ -13,8 +12,7 @@ namespace tcs::cli {
 int RunDraw(const Args& args) {
   const std::optional<std::string> out = args.Value("-o");
   if (!out || out->empty()) UsageFail("give the picture to write with -o timeline.svg");
-  const Timeline timeline(args.positional()[0], args.FpsOverride(), args.ReadOptions(),
-                          ReadKindOf(args.positional()[0]));
+  const Timeline timeline(args.positional()[0], args.FpsOverride(), args.ReadOptions());
   const std::vector<ChannelView> channels = ChannelsOf(timeline.space());
   const std::string svg = TimelineSvg(channels, timeline.rate(), timeline.path());
   WriteAtomically(*out, [&](const std::string& temporary) {

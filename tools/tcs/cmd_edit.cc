@@ -20,8 +20,8 @@
 
 #include "channels.h"
 #include "edit_request.h"
-#include "cli.h"
 #include "formats.h"
+#include "cli.h"
 #include "output.h"
 #include "timeline.h"
 
@@ -118,10 +118,10 @@ int RunEdit(const Args& args) {
   if (!out || out->empty()) UsageFail("give the file to write with -o OUT.edl");
   const std::vector<std::string>& positional = args.positional();
   if (positional.size() < 2) UsageFail("give at least one edit operation");
-  const Timeline timeline(positional[0], args.FpsOverride(), args.ReadOptions(),
-                          ReadKindOf(positional[0]));
-  // The output's format by its name; standard output and other names: EDL.
-  const Format& to = FormatOf(*out, std::nullopt, "-o", &EdlFormat());
+  // Standard output has the input's format; a name that says none, an EDL.
+  const Format& from = FormatOf(positional[0], args.Value("--from"), "--from", &EdlFormat());
+  const Format& to = FormatOf(*out, std::nullopt, "-o", *out == "-" ? &from : &EdlFormat());
+  const Timeline timeline(positional[0], args.FpsOverride(), args.ReadOptions());
   for (size_t i = 1; i < positional.size(); ++i) {
     const std::string what = "operation " + std::to_string(i) + " (" + positional[i] + ")";
     TCSCMD cmd = Build(timeline, positional[i], what);

@@ -4,7 +4,6 @@
 
 #include "channels.h"
 #include "cli.h"
-#include "formats.h"
 #include "clips.h"
 #include "json_writer.h"
 #include "table.h"
@@ -115,8 +114,7 @@ void PrintJson(const Timeline& timeline, const std::vector<ChannelView>& channel
 }  // namespace
 
 int RunInfo(const Args& args) {
-  const Timeline timeline(args.positional()[0], args.FpsOverride(), args.ReadOptions(),
-                          ReadKindOf(args.positional()[0]));
+  const Timeline timeline(args.positional()[0], args.FpsOverride(), args.ReadOptions());
   const std::vector<ChannelView> channels = ChannelsOf(timeline.space());
   if (args.Has("--json")) {
     PrintJson(timeline, channels);

@@ -6,7 +6,6 @@
 #include "channels.h"
 #include "event_walk.h"
 #include "cli.h"
-#include "formats.h"
 #include "json_writer.h"
 #include "table.h"
 #include "timeline.h"
@@ -14,8 +13,7 @@
 namespace tcs::cli {
 
 int RunWalk(const Args& args) {
-  const Timeline timeline(args.positional()[0], args.FpsOverride(), args.ReadOptions(),
-                          ReadKindOf(args.positional()[0]));
+  const Timeline timeline(args.positional()[0], args.FpsOverride(), args.ReadOptions());
   const std::vector<host::WalkEvent> events = host::WalkEvents(timeline.space());
   if (args.Has("--json")) {
     JsonWriter json(std::cout);

@@ -34,9 +34,9 @@ std::string WriteOtio(const Timeline& timeline, std::string_view title, const st
 #endif
 
 constexpr Format kFormats[] = {
-    {"edl", "edl", &WriteEdl, true, FileKind::kEdl},
+    {"edl", "edl", &WriteEdl, true},
 #ifdef TCS_TOOL_OTIO
-    {"otio", "otio", &WriteOtio, true, FileKind::kOtio},
+    {"otio", "otio", &WriteOtio, true},
 #endif
 };
 
@@ -89,10 +89,6 @@ const Format& FormatOf(const std::string& path, const std::optional<std::string>
 }
 
 const Format& EdlFormat() { return kFormats[0]; }
-
-FileKind ReadKindOf(const std::string& path) {
-  return FormatOf(path, std::nullopt, "--from", &EdlFormat()).kind;
-}
 
 void CheckReadable(const Format& format, const std::string& path) {
   if (!format.reads) UsageFail(path + ": " + format.name + " files are written, not read");

@@ -20,7 +20,6 @@ struct Format {
   // destination in a failure.
   std::string (*write)(const Timeline& timeline, std::string_view title, const std::string& out);
   bool reads;  // a Timeline can be read from it
-  FileKind kind;
 };
 
 // The format of `path`: `named` when given (a usage error when no format is
@@ -32,9 +31,6 @@ const Format& FormatOf(const std::string& path, const std::optional<std::string>
 
 // CMX 3600, what a file whose name says no format is read as.
 const Format& EdlFormat();
-
-// How `path` is read: by its extension, else as an EDL.
-FileKind ReadKindOf(const std::string& path);
 
 // Reads `path` in `format` (a usage error for a format the tool only writes).
 // Every format is read into a space through a Timeline.

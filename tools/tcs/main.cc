@@ -17,13 +17,17 @@ constexpr char kTimes[] =
     "field bounds it (up to 23: 24, 24: 25, up to 29: 30, up to 59: 60). --fps RATE\n"
     "says otherwise (24, 25, 30 ... 120, 23.976, 23.98, 29.97, 29.97df, 59.94).\n"
     "A line that cannot be read is skipped with a warning (the first 5 are shown;\n"
-    "--warnings all or N shows more, --quiet none); --strict stops at it.\n";
+    "--warnings all or N shows more, --quiet none); --strict stops at it.\n"
+    "FILE is an EDL, or OpenTimelineIO where its name ends in .otio (--from edl or\n"
+    "--from otio says which for another name); an .otio file counts at its\n"
+    "timeline's own rate.\n";
 
-const std::vector<OptionSpec> kFileOptions = {
-    {"--fps", true}, {"--strict", false}, {"--quiet", false}, {"--warnings", true}};
+const std::vector<OptionSpec> kFileOptions = {{"--fps", true},     {"--strict", false},
+                                              {"--quiet", false},  {"--warnings", true},
+                                              {"--from", true}};
 const std::vector<OptionSpec> kReadOptions = {{"--fps", true},    {"--json", false},
                                               {"--strict", false}, {"--quiet", false},
-                                              {"--warnings", true}};
+                                              {"--warnings", true}, {"--from", true}};
 
 std::vector<OptionSpec> ReadOptionsAnd(std::vector<OptionSpec> more,
                                        const std::vector<OptionSpec>& base = kReadOptions) {
@@ -34,8 +38,6 @@ std::vector<OptionSpec> ReadOptionsAnd(std::vector<OptionSpec> more,
 
 }  // namespace
 
-// Every command that reads a file reads an .otio file as it reads an EDL,
-// by the file's extension (see formats.h).
 const std::vector<Command>& Commands() {
   static const std::vector<Command> commands = {
       {"info", "the clips of an EDL, a table per channel",
@@ -67,14 +69,14 @@ const std::vector<Command>& Commands() {
        "usage: tcs convert IN OUT [--from FORMAT] [--to FORMAT] [--title TEXT] [--fps RATE]\n\n"
        "Reads IN and writes every clip of every channel to OUT (an EDL is read\n"
        "back before it is written). Formats go by extension (.edl: CMX 3600;\n"
-       ".otio: OpenTimelineIO, where the tool is built with it; both read and written), or\n"
-       "--from / --to (edl, otio); IN of another name is read as an EDL. The\n"
+       ".otio: OpenTimelineIO, where the tool is built with it), or --from /\n"
+       "--to (edl, otio); IN of another name is read as an EDL. The\n"
        "title is IN's own unless --title gives one; timecodes are\n"
        "written at the rate IN is counted at (--fps says which). OUT - writes to\n"
        "standard output; OUT the same file as IN keeps the old one as a numbered\n"
        "backup (IN.000.edl, see tcs backups).\n",
        &RunConvert,
-       ReadOptionsAnd({{"--from", true}, {"--to", true}, {"--title", true}}, kFileOptions), 2, 2},
+       ReadOptionsAnd({{"--to", true}, {"--title", true}}, kFileOptions), 2, 2},
       {"walk", "the event walk, one event a line",
        "usage: tcs walk FILE.edl [--fps RATE] [--json]\n\n"
        "Steps through the timeline event by event, as the EDL export does: an event\n"

@@ -19,8 +19,8 @@
 #include "channels.h"
 #include "cli.h"
 #include "clips.h"
+#include "formats.h"
 #include "edl_writer.h"
-
 #ifdef TCS_TOOL_OTIO
 #include "otio/otio.h"
 #endif
@@ -61,15 +61,17 @@ std::string ErrorLogCapture::Joined() const {
 }
 
 Timeline::Timeline(const std::string& path, std::optional<FrameRate> rate,
-                   const ReadOptions& options, FileKind kind)
+                   const ReadOptions& options)
     : path_(path) {
   struct stat info;
   if (stat(path.c_str(), &info) != 0) Fail(path + ": " + std::strerror(errno));
-  if (kind == FileKind::kOtio) {
-    ReadOtio(rate, options);
+  if (S_ISDIR(info.st_mode)) Fail(path + ": is a directory, not a timeline file");
+  const Format& format = FormatOf(path, options.from, "--from", &EdlFormat());
+  CheckReadable(format, path);
+  if (std::string_view(format.name) == "otio") {
+    ReadOtio(path, rate, options);
     return;
   }
-  if (S_ISDIR(info.st_mode)) Fail(path + ": is a directory, not an EDL file");
   std::string text;
   if (!host::LoadFile(path, text)) Fail(path + ": " + std::strerror(errno));
   read_ = host::ScanEdlText(text, rate, "--fps");
@@ -101,46 +103,36 @@ Timeline::Timeline(const std::string& path, std::optional<FrameRate> rate,
   PrintWarnings(options.shownWarnings);
 }
 
-void Timeline::ReadOtio(std::optional<FrameRate> rate, const ReadOptions& options) {
+// An OpenTimelineIO file: its tracks on the channels their names give, or
+// the next free ones (said on stderr), its warnings printed as an EDL's are.
+void Timeline::ReadOtio(const std::string& path, std::optional<FrameRate> rate,
+                        const ReadOptions& options) {
 #ifdef TCS_TOOL_OTIO
   space_ = tcsOpen(nullptr, nullptr, nullptr);
-  if (space_ == nullptr) Fail(path_ + ": no space could be opened");
+  if (space_ == nullptr) Fail(path + ": no space could be opened");
   tcsSetAddCallback(space_, this, &OnAdd);
-  otio::ReadOptions read;
-  read.rate = rate;
-  const otio::ReadResult result = otio::ReadOtioFile(space_, path_, read);
-  if (result.status != otio::Status::kOk) {
-    tcsClose(space_);
-    space_ = nullptr;
-    Fail(result.error);
-  }
+  otio::ReadOptions how;
+  how.rate = rate;
+  const otio::ReadResult result = otio::ReadOtioFile(space_, path, how);
+  if (result.status != otio::Status::kOk) Fail(result.error);
   read_.rate = result.rate;
   read_.rateGiven = rate.has_value();
-  read_.rateReason = rate ? "--fps" : "the timeline's rate";
-  title_ = !result.name.empty() ? result.name : FileStem(path_);
+  read_.rateReason = rate ? "--fps" : "the timeline's own rate";
+  title_ = result.name.empty() ? FileStem(path) : result.name;
   for (const otio::TrackPlacement& track : result.tracks) {
-    if (track.byName) continue;
+    if (track.byName || options.shownWarnings == 0) continue;
     char name[8];
     tcsChannelName(track.channel, name, sizeof name);
-    std::fprintf(stderr, "tcs: %s: track \"%s\" read onto %s\n", path_.c_str(),
-                 track.track.c_str(), name);
+    std::fprintf(stderr, "tcs: %s: track '%s' read onto %s\n", path.c_str(), track.track.c_str(),
+                 name);
   }
-  const size_t count = result.warnings.size();
-  if (count == 0 || options.shownWarnings == 0) return;
-  std::fprintf(stderr, "tcs: warning: %s: %zu %s\n", path_.c_str(), count,
-               count == 1 ? "item not read as written" : "items not read as written");
-  for (size_t i = 0; i < count && i < options.shownWarnings; ++i) {
-    std::fprintf(stderr, "  %s: %s\n", result.warnings[i].item.c_str(),
-                 result.warnings[i].text.c_str());
+  for (const otio::Warning& warning : result.warnings) {
+    read_.warnings.push_back({0, warning.item + ": " + warning.text});
   }
-  if (count > options.shownWarnings) {
-    std::fprintf(stderr, "  ... and %zu more (--warnings all shows them)\n",
-                 count - options.shownWarnings);
-  }
+  PrintWarnings(options.shownWarnings);
 #else
-  (void)rate;
-  (void)options;
-  UsageFail(path_ + ": this tcs is built without .otio support");
+  (void)rate, (void)options;
+  Fail(path + ": this tcs was built without .otio support");
 #endif
 }
 
@@ -150,9 +142,16 @@ void Timeline::PrintWarnings(size_t shown) const {
   if (warnings.empty() || shown == 0) return;
   const size_t count = warnings.size();
   std::fprintf(stderr, "tcs: warning: %s: %zu %s\n", path_.c_str(), count,
-               count == 1 ? "line not read as written" : "lines not read as written");
+               warnings.front().line == 0 ? (count == 1 ? "item not read as written"
+                                                        : "items not read as written")
+               : count == 1                ? "line not read as written"
+                                           : "lines not read as written");
   for (size_t i = 0; i < count && i < shown; ++i) {
-    std::fprintf(stderr, "  line %u: %s\n", warnings[i].line, warnings[i].text.c_str());
+    if (warnings[i].line == 0) {  // an item of a file without lines
+      std::fprintf(stderr, "  %s\n", warnings[i].text.c_str());
+    } else {
+      std::fprintf(stderr, "  line %u: %s\n", warnings[i].line, warnings[i].text.c_str());
+    }
   }
   if (count > shown) {
     std::fprintf(stderr, "  ... and %zu more (--warnings all shows them)\n", count - shown);

@@ -38,18 +38,11 @@ class ErrorLogCapture {
   std::vector<std::string> lines_;
 };
 
-// What a file holds: a CMX 3600 list, or an OpenTimelineIO timeline.
-enum class FileKind { kEdl, kOtio };
-
 class Timeline {
  public:
   // Reads `path` and prints its warnings to stderr as `options` says; `rate`
   // overrides the rate the file's own text gives (see cmx3600::ScanRate).
-  // An .otio file (kOtio) is read through the interchange library: its
-  // rate is the timeline's own unless `rate` is given, and its warnings and
-  // the channels of tracks not named like one are printed as an EDL's are.
-  Timeline(const std::string& path, std::optional<FrameRate> rate, const ReadOptions& options,
-           FileKind kind = FileKind::kEdl);
+  Timeline(const std::string& path, std::optional<FrameRate> rate, const ReadOptions& options);
   ~Timeline();
   Timeline(const Timeline&) = delete;
   Timeline& operator=(const Timeline&) = delete;
@@ -74,7 +67,7 @@ class Timeline {
  private:
   static unsigned int OnAdd(void* self, CTimeCodeSpace* space, CClip* clip);
   void PrintWarnings(size_t shown) const;
-  void ReadOtio(std::optional<FrameRate> rate, const ReadOptions& options);
+  void ReadOtio(const std::string& path, std::optional<FrameRate> rate, const ReadOptions& options);
 
   std::string path_;
   std::string title_;
