@@ -17,7 +17,7 @@
 namespace {
 
 using Clip = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t, uint32_t, uint32_t, std::string,
-                        std::string, std::string, std::string>;
+                        std::string, std::string, std::string, int, int32_t, uint32_t>;
 
 std::string Text(const char* text) { return text != nullptr ? text : ""; }
 
@@ -31,9 +31,12 @@ std::vector<Clip> Clips(CTimeCodeSpace* space) {
       for (unsigned int i = 0; i < count; ++i) {
         const TCSCLIP& r = rows[i];
         const bool effect = r.effectText[0] != '\0';
+        int32_t milli = 0;
+        uint32_t entry = 0;
+        const int speed = clsGetClipSpeed(r.info, &milli, &entry);
         out.emplace_back(r.channel, r.start, r.length, r.sourceIn, effect ? r.effectCode : 0,
                          effect ? r.effectDuration : 0, Text(r.info->name), Text(r.info->reel),
-                         Text(r.info->comment), Text(r.info->clipName));
+                         Text(r.info->comment), Text(r.info->clipName), speed, milli, entry);
       }
     } while (count > 0 && from != TCS_NO_TIMECODE);
   }

@@ -1,5 +1,6 @@
 #include "otio/flatten.h"
 
+#include <cmath>
 #include <cstdio>
 #include <string>
 
@@ -53,6 +54,9 @@ const Json* ActiveReference(const Json& clip, const Schema& schema) {
   const std::string key = TextField(clip, "active_media_reference_key").value_or("DEFAULT_MEDIA");
   return Field(*references, key);
 }
+
+// A speed past this many source frames per record frame is not a speed.
+constexpr double kMaxTimeScalar = 1000;
 
 std::string FrameText(double frames) {
   char text[32];
@@ -213,7 +217,7 @@ double Flattener::Clip(const Json& clip, double at, std::vector<Piece>& out) {
     Warn(label, "clip without a source_range or an available_range: not read");
     return 0;
   }
-  WarnEffects(clip, label, true);
+  const std::optional<double> speed = WarnEffects(clip, label, true);
   const Json* enabled = Field(clip, "enabled");
   if (enabled != nullptr && enabled->is_boolean() && !enabled->get<bool>()) {
     Warn(label, "disabled clip read as a gap");
@@ -224,6 +228,15 @@ double Flattener::Clip(const Json& clip, double at, std::vector<Piece>& out) {
     piece.start = at;
     piece.end = at + source->duration;
     piece.sourceIn = source->start;
+    if (speed) {
+      piece.speed = true;
+      piece.timeScalar = *speed;
+      piece.speedEntry = source->start;
+      if (const Json* own = Metadata(clip, "tcspace")) {
+        const Json* entry = Field(*own, "speed_entry");
+        if (entry != nullptr && entry->is_number()) piece.speedEntry = entry->get<double>();
+      }
+    }
     piece.texts = static_cast<uint32_t>(texts_.size());
     texts_.push_back(TextsOf(clip, name, *source));
     if (reference != nullptr && SchemaOf(*reference, label).name == "ExternalReference") {
@@ -273,28 +286,39 @@ ClipTexts Flattener::TextsOf(const Json& clip, const std::string& name, const Sp
   return texts;
 }
 
-void Flattener::WarnEffects(const Json& item, const std::string& name, bool markersKept) {
+std::optional<double> Flattener::WarnEffects(const Json& item, const std::string& name,
+                                             bool isClip) {
+  std::optional<double> scalar;
   if (const Json* effects = Field(item, "effects"); effects != nullptr && effects->is_array()) {
     for (const Json& effect : *effects) {
       const Schema schema = SchemaOf(effect, name);
-      if (schema.name == "LinearTimeWarp") {
-        const Json* scalar = Field(effect, "time_scalar");
-        Warn(name, "speed " + (scalar != nullptr ? scalar->dump() : std::string("?")) +
-                       " not kept: the clip plays at normal speed");
-      } else if (schema.name == "FreezeFrame") {
-        Warn(name, "freeze frame not kept: the clip plays at normal speed");
+      const bool timeEffect = schema.name == "LinearTimeWarp" || schema.name == "FreezeFrame";
+      const Json* value = Field(effect, "time_scalar");
+      const double given = schema.name == "FreezeFrame" ? 0
+                           : value != nullptr && value->is_number() ? value->get<double>()
+                                                                     : 1;
+      if (timeEffect && isClip && !scalar && std::fabs(given) <= kMaxTimeScalar) {
+        scalar = given;
+      } else if (timeEffect) {
+        Warn(name, (schema.name == "FreezeFrame" ? std::string("freeze frame")
+                                                  : "speed " + (value ? value->dump() : "1")) +
+                       " not kept: " +
+                       (!isClip ? "only a clip keeps a speed"
+                        : scalar ? "the clip keeps its first time effect"
+                                 : "past what the space can hold"));
       } else {
         const std::string effectName = TextField(effect, "effect_name").value_or(schema.name);
         Warn(name, "effect \"" + effectName + "\" not kept");
       }
     }
   }
-  if (markersKept) return;
+  if (isClip) return scalar;
   if (const Json* markers = Field(item, "markers"); markers != nullptr && markers->is_array()) {
     for (const Json& marker : *markers) {
       Warn(name, "marker \"" + NameOf(marker) + "\" not kept: only clips keep markers");
     }
   }
+  return scalar;
 }
 
 }  // namespace tcs::otio

@@ -9,6 +9,7 @@
 #define TCS_OTIO_FLATTEN_H_
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,11 @@ struct Piece {
   bool transition = false;  // a transition into the clip, starting at `start`
   uint32_t effectCode = 0;
   double effectFrames = 0;
+  // A time effect: source frames per record frame (negative: reverse; 0: a
+  // freeze), from the source frame `speedEntry` on, which a cut keeps.
+  bool speed = false;
+  double timeScalar = 1;
+  double speedEntry = 0;
 };
 
 struct Flat {
@@ -60,8 +66,10 @@ class Flattener {
   // One clip at `at` of its track; returns its duration.
   double Clip(const Json& clip, double at, std::vector<Piece>& out);
   ClipTexts TextsOf(const Json& clip, const std::string& name, const Span& source);
-  // Warnings for effects and markers an item carries that the space cannot.
-  void WarnEffects(const Json& item, const std::string& name, bool markersKept);
+  // Warnings for effects and markers an item carries that the space cannot
+  // hold. For a clip (`isClip`) the first time effect is kept: its scalar
+  // is returned instead of warned about, and markers are the clip's.
+  std::optional<double> WarnEffects(const Json& item, const std::string& name, bool isClip);
   void Warn(const std::string& item, const std::string& text) { warnings_.push_back({item, text}); }
 
   const TimeScale& scale_;

@@ -38,6 +38,9 @@ struct Line {
   uint32_t effectCode;
   uint32_t effectFrames;
   uint32_t texts;
+  bool speed;
+  int32_t milliFps;  // the speed as the clip library keeps it
+  uint32_t speedEntry;
 };
 
 const Json* FindTimeline(const Json& value, int depth) {
@@ -102,8 +105,9 @@ FrameRate TimelineRate(const Json& timeline, const ReadOptions& options) {
 
 // The pieces of one track as whole-frame lines on `channel`, with a warning
 // for each piece the space cannot hold as it is.
-void AddLines(const Flat& flat, double globalStart, uint32_t channel, const Flattener& flattener,
-              std::vector<Warning>& warnings, std::vector<Line>& lines) {
+void AddLines(const Flat& flat, double globalStart, uint32_t channel, uint32_t fps,
+              const Flattener& flattener, std::vector<Warning>& warnings,
+              std::vector<Line>& lines) {
   for (const Piece& piece : flat.pieces) {
     const std::string& name = flattener.texts()[piece.texts].name;
     const std::string label = name.empty() ? "Clip" : name;
@@ -136,7 +140,16 @@ void AddLines(const Flat& flat, double globalStart, uint32_t channel, const Flat
       warnings.push_back({label, "source frames past 2^32: not read"});
       continue;
     }
-    Line line{channel, uint32_t(in), uint32_t(out), uint32_t(source), 0, 0, piece.texts};
+    Line line{channel, uint32_t(in), uint32_t(out), uint32_t(source), 0, 0, piece.texts,
+              false, 0, 0};
+    if (piece.speed) {
+      // The clip library keeps thousandths of a source frame per second at
+      // the timeline's nominal rate.
+      const double entry = Round(piece.speedEntry);
+      line.speed = true;
+      line.milliFps = static_cast<int32_t>(std::llround(piece.timeScalar * fps * 1000));
+      line.speedEntry = entry >= 0 && entry <= kMaxSource ? uint32_t(entry) : line.sourceIn;
+    }
     const double effect = Round(piece.effectFrames);
     if (piece.transition && !cutAtStart && effect >= 1) {
       line.effectCode = piece.effectCode;
@@ -206,7 +219,9 @@ ReadResult ReadOtioText(CTimeCodeSpace* space, std::string_view text, const Read
       if (children != nullptr && !children->is_array()) {
         throw ReadError(Status::kBadValue, "tracks: children is not a list");
       }
-      for (const Json& child : children ? *children : Json::array()) {
+      const size_t count = children != nullptr ? children->size() : 0;
+      for (size_t i = 0; i < count; ++i) {
+        const Json& child = (*children)[i];
         SchemaOf(child, "tracks");
         infos.push_back({NameOf(child), TextField(child, "kind").value_or("Video")});
         Flat flat = flattener.Composition(child, 1);
@@ -218,7 +233,8 @@ ReadResult ReadOtioText(CTimeCodeSpace* space, std::string_view text, const Read
     for (size_t i = 0; i < plan.size(); ++i) {
       if (!plan[i]) continue;
       result.tracks.push_back(*plan[i]);
-      AddLines(flats[i], globalStart, plan[i]->channel, flattener, result.warnings, lines);
+      AddLines(flats[i], globalStart, plan[i]->channel, result.rate.fps, flattener,
+               result.warnings, lines);
     }
     texts = flattener.texts();
   } catch (const ReadError& error) {
@@ -246,6 +262,7 @@ ReadResult ReadOtioText(CTimeCodeSpace* space, std::string_view text, const Read
     edl.recordOut = line.recordOut;
     edl.effectCode = line.effectCode;
     edl.effectDuration = line.effectFrames;
+    if (line.speed) clsSetClipSpeed(&edl.clip, line.milliFps, line.speedEntry);
     const uint32_t status = _tcsAddEdlLine(space, &edl, 0);
     if (status != TCS_OK) {
       result.status = Status::kSpaceRefused;

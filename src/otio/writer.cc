@@ -33,6 +33,9 @@ struct Row {
   std::string reel;
   std::string comment;
   std::string clipName;
+  bool speed = false;  // the clip library's speed: thousandths of a source frame a second
+  int32_t milliFps = 0;
+  uint32_t speedEntry = 0;
 };
 
 std::string Text(const char* text) { return text != nullptr ? text : ""; }
@@ -55,6 +58,7 @@ std::vector<Row> ChannelRows(CTimeCodeSpace* space, uint32_t channel) {
         row.reel = Text(c.info->reel);
         row.comment = Text(c.info->comment);
         row.clipName = Text(c.info->clipName);
+        row.speed = clsGetClipSpeed(c.info, &row.milliFps, &row.speedEntry) != 0;
       }
       rows.push_back(std::move(row));
     }
@@ -65,8 +69,8 @@ std::vector<Row> ChannelRows(CTimeCodeSpace* space, uint32_t channel) {
 // Writes the document's objects; every time at one rate.
 class Writer {
  public:
-  Writer(JsonText& json, double rate, WriteResult& result)
-      : json_(json), rate_(rate), result_(result) {}
+  Writer(JsonText& json, FrameRate rate, WriteResult& result)
+      : json_(json), rate_(RateValue(rate)), fps_(rate.fps), result_(result) {}
 
   void Time(std::string_view key, double frames) {
     json_.Key(key).BeginObject();
@@ -80,8 +84,10 @@ class Writer {
     json_.EndObject();
   }
   // The fields every item has after its metadata and name.
-  void ItemTail() {
-    json_.Key("effects").BeginArray().EndArray();
+  void ItemTail(const Row* speed = nullptr) {
+    json_.Key("effects").BeginArray();
+    if (speed != nullptr) TimeEffect(*speed);
+    json_.EndArray();
     json_.Key("markers").BeginArray().EndArray();
     json_.Key("enabled").Bool(true);
   }
@@ -90,11 +96,13 @@ class Writer {
 
  private:
   void Clip(const Row& row, uint32_t length);
+  void TimeEffect(const Row& row);
   void Gap(uint32_t length);
   void Transition(const Row& row);
 
   JsonText& json_;
   double rate_;
+  uint32_t fps_;
   WriteResult& result_;
 };
 
@@ -123,13 +131,17 @@ void Writer::Clip(const Row& row, uint32_t length) {
     }
     json_.EndObject();
   }
-  if (!row.clipName.empty()) {
-    json_.Key("tcspace").BeginObject().Field("clip_name", row.clipName).EndObject();
+  const bool entry = row.speed && row.speedEntry != row.sourceIn;
+  if (!row.clipName.empty() || entry) {
+    json_.Key("tcspace").BeginObject();
+    if (!row.clipName.empty()) json_.Field("clip_name", row.clipName);
+    if (entry) json_.Key("speed_entry").Unsigned(row.speedEntry);
+    json_.EndObject();
   }
   json_.EndObject();
   json_.Field("name", row.name);
   Range("source_range", row.sourceIn, length);
-  ItemTail();
+  ItemTail(row.speed ? &row : nullptr);
   const std::string file = SourceFileOf(row.comment);
   json_.Key("media_references").BeginObject().Key("DEFAULT_MEDIA").BeginObject();
   json_.Field("OTIO_SCHEMA", file.empty() ? "MissingReference.1" : "ExternalReference.1");
@@ -138,6 +150,16 @@ void Writer::Clip(const Row& row, uint32_t length) {
   if (!file.empty()) json_.Field("target_url", file);
   json_.EndObject().EndObject();
   json_.Field("active_media_reference_key", "DEFAULT_MEDIA").EndObject();
+}
+
+// A speed as OpenTimelineIO spells it: source frames per record frame, a
+// freeze frame for 0.
+void Writer::TimeEffect(const Row& row) {
+  const bool freeze = row.milliFps == 0;
+  json_.BeginObject().Field("OTIO_SCHEMA", freeze ? "FreezeFrame.1" : "LinearTimeWarp.1");
+  json_.Key("metadata").BeginObject().EndObject().Field("name", "");
+  json_.Field("effect_name", freeze ? "FreezeFrame" : "LinearTimeWarp");
+  json_.Key("time_scalar").Double(row.milliFps / (fps_ * 1000.0)).EndObject();
 }
 
 void Writer::Gap(uint32_t length) {
@@ -229,13 +251,15 @@ WriteResult WriteOtioText(CTimeCodeSpace* space, const WriteOptions& options, st
     return Fail(Status::kSpaceRefused, "the space is not open");
   }
   WriteResult result;
+  const FrameRate rate = tcs::timecode::MakeFrameRate(options.rate.fps, options.rate.dropFrame,
+                                                      options.rate.fractional);
   const uint32_t origin = Origin(space, masks);
   std::string text;
   JsonText json(text);
-  Writer writer(json, RateValue(options.rate), result);
+  Writer writer(json, rate, result);
   json.BeginObject().Field("OTIO_SCHEMA", "Timeline.1");
   json.Key("metadata").BeginObject().Key("tcspace").BeginObject();
-  json.Key("fps").Unsigned(options.rate.fps).Key("drop_frame").Bool(options.rate.dropFrame);
+  json.Key("fps").Unsigned(rate.fps).Key("drop_frame").Bool(rate.dropFrame);
   json.EndObject().EndObject();
   json.Field("name", options.name);
   writer.Time("global_start_time", origin);

@@ -130,22 +130,29 @@ TEST(OtioReader, FirstTimelineOfACollectionAndTheOldSchemaNames) {
   EXPECT_EQ(tcs_test::AllClips(space.get()), (std::vector<ClipRow>{Row(1, 15, 60, 3, "old style")}));
 }
 
-TEST(OtioReader, SpeedEffectsAndWhatTheSpaceCannotHoldAreWarnedByName) {
+TEST(OtioReader, SpeedsKeptWithTheirClipsAndWhatTheSpaceCannotHoldWarnedByName) {
   OpenedSpace space;
   const ReadResult read = tcs::otio::ReadOtioFile(space.get(), DataFile("speed_effects.otio"));
   ASSERT_EQ(read.status, Status::kOk) << read.error;
   // Drop-frame is kept only where it exists: at 29.97 and 59.94.
   EXPECT_EQ(read.rate, (tcs::otio::FrameRate{30, false, false}));
-  const std::vector<ClipRow> expected = {Row(0, 0, 20, 0, "fast"), Row(0, 20, 30, 40, "held"),
-                                         Row(0, 35, 41, 9, "blurred"), Row(0, 45, 47, 0, "last")};
+  // The clip library keeps thousandths of a source frame a second at 30:
+  // twice the speed is 60000, a freeze 0, reverse -30000, each from the
+  // clip's source in.
+  ClipRow fast = Row(0, 0, 20, 0, "fast"), held = Row(0, 20, 30, 40, "held");
+  ClipRow last = Row(0, 45, 47, 0, "last");
+  fast.speed = held.speed = last.speed = true;
+  fast.milliFps = 60000;
+  held.speedEntry = 40;
+  last.milliFps = -30000;
+  const std::vector<ClipRow> expected = {fast, held, Row(0, 35, 41, 9, "blurred"), last};
   EXPECT_EQ(tcs_test::AllClips(space.get()), expected);
   const std::vector<std::pair<std::string, std::string>> warnings = {
       {"V1", "disabled track read as enabled"},
-      {"fast", "speed 2.0 not kept: the clip plays at normal speed"},
-      {"held", "freeze frame not kept: the clip plays at normal speed"},
       {"muted", "disabled clip read as a gap"},
       {"blurred", "effect \"Blur\" not kept"},
       {"widget", "FancyWidget not read"},
+      {"last", "freeze frame not kept: the clip keeps its first time effect"},
       {"V1", "marker \"chapter\" not kept: only clips keep markers"}};
   EXPECT_EQ(Warnings(read), warnings);
 }

@@ -51,6 +51,13 @@ void LayRandom(CTimeCodeSpace* space, Dice& dice) {
     clip.reel = dice(0, 1) ? "REEL" + std::to_string(dice(1, 99)) : "";
     clip.comment = Pick(dice);
     clip.clipName = dice(0, 3) == 0 ? "SHORT" : "";
+    if (dice(0, 3) == 0) {
+      // Forward, reverse, a freeze; from the source in or another frame.
+      clip.speed = true;
+      const int32_t speeds[] = {0, -24000, 48000, 12500, int32_t(dice(0, 480000)) - 240000};
+      clip.milliFps = speeds[dice(0, 4)];
+      clip.speedEntry = dice(0, 1) ? clip.sourceIn : dice(0, 3000000);
+    }
     tcs_test::LayClip(space, clip);
   }
 }

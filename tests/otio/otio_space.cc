@@ -29,6 +29,7 @@ std::vector<ClipRow> AllClips(CTimeCodeSpace* space) {
           row.reel = Text(r.info->reel);
           row.comment = Text(r.info->comment);
           row.clipName = Text(r.info->clipName);
+          row.speed = clsGetClipSpeed(r.info, &row.milliFps, &row.speedEntry) != 0;
         }
         out.push_back(row);
       }
@@ -55,6 +56,7 @@ void LayClip(CTimeCodeSpace* space, const ClipRow& clip) {
   line.recordOut = clip.start + clip.length;
   line.effectCode = clip.effectCode;
   line.effectDuration = clip.effectDuration;
+  if (clip.speed) clsSetClipSpeed(&line.clip, clip.milliFps, clip.speedEntry);
   ASSERT_EQ(_tcsAddEdlLine(space, &line, 0), 0u);
 }
 

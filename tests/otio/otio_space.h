@@ -20,11 +20,15 @@ struct ClipRow {
   uint32_t effectCode = 0;      // 0 unless there is a transition
   uint32_t effectDuration = 0;  // 0 for a cut
   std::string name, reel, comment, clipName;
+  bool speed = false;  // the clip library's speed (clsSetClipSpeed)
+  int32_t milliFps = 0;
+  uint32_t speedEntry = 0;
   friend bool operator==(const ClipRow&, const ClipRow&) = default;
   friend void PrintTo(const ClipRow& c, std::ostream* os) {
     *os << "ch" << c.channel << " [" << c.start << ", +" << c.length << ") src " << c.sourceIn
         << " fx " << c.effectCode << "/" << c.effectDuration << " \"" << c.name << "\" reel \""
         << c.reel << "\" comment \"" << c.comment << "\" short \"" << c.clipName << "\"";
+    if (c.speed) *os << " speed " << c.milliFps << " from " << c.speedEntry;
   }
 };
 

@@ -125,6 +125,30 @@ TEST(OtioWriter, TextsThatAreNotUtf8AreWrittenWithTheReplacementCharacter) {
   EXPECT_EQ(clip["metadata"]["tcspace"]["clip_name"], "\uFFFD\uFFFD\uFFFD");
 }
 
+TEST(OtioWriter, SpeedsAreTimeEffectsOfTheirClips) {
+  OpenedSpace space;
+  tcs_test::ClipRow reverse{0, 0, 10, 500, 0, 0, "reverse", "", "", ""};
+  reverse.speed = true;
+  reverse.milliFps = -25000;
+  reverse.speedEntry = 500;
+  tcs_test::ClipRow freeze{0, 10, 10, 70, 0, 0, "freeze", "", "", ""};
+  freeze.speed = true;
+  freeze.speedEntry = 75;
+  tcs_test::LayClip(space.get(), reverse);
+  tcs_test::LayClip(space.get(), freeze);
+  std::string text;
+  ASSERT_EQ(tcs::otio::WriteOtioText(space.get(), {{25, false, false}, ""}, &text).status,
+            tcs::otio::Status::kOk);
+  const Json items = Json::parse(text)["tracks"]["children"][0]["children"];
+  EXPECT_EQ(items[0]["effects"].size(), 1u);
+  EXPECT_EQ(items[0]["effects"][0]["OTIO_SCHEMA"], "LinearTimeWarp.1");
+  EXPECT_EQ(items[0]["effects"][0]["time_scalar"], -1.0);  // -25 frames a second at 25
+  EXPECT_FALSE(items[0]["metadata"].contains("tcspace"));  // it runs from its source in
+  EXPECT_EQ(items[1]["effects"][0]["OTIO_SCHEMA"], "FreezeFrame.1");
+  EXPECT_EQ(items[1]["effects"][0]["time_scalar"], 0.0);
+  EXPECT_EQ(items[1]["metadata"]["tcspace"]["speed_entry"], 75);
+}
+
 TEST(OtioWriter, ClipsThatOverlapOnAChannelAreCutWhereTheNextStarts) {
   OpenedSpace space;
   auto longer = tcs_test::MakeClip(0, 100, 0, "long");
