@@ -140,6 +140,20 @@ bool Speed(std::string_view text, int32_t& milli) {
   return true;
 }
 
+// The blank-separated fields of a line; false past kMaxTokens of them.
+bool SplitFields(std::string_view line, std::array<std::string_view, kMaxTokens + 1>& tokens,
+                 size_t& count) {
+  for (size_t i = 0; i < line.size();) {
+    while (i < line.size() && IsBlank(line[i])) ++i;
+    const size_t begin = i;
+    while (i < line.size() && !IsBlank(line[i])) ++i;
+    if (i == begin) break;
+    if (count == kMaxTokens) return false;
+    tokens[count++] = line.substr(begin, i - begin);
+  }
+  return true;
+}
+
 }  // namespace
 
 bool IsBlank(char c) { return c == ' ' || c == '\t'; }
@@ -155,14 +169,7 @@ bool StartsWithUpper(std::string_view text, std::string_view upper_prefix) {
 const char* ParseSpeedLine(std::string_view line, SpeedFields& out) {
   std::array<std::string_view, kMaxTokens + 1> tokens;
   size_t count = 0;
-  for (size_t i = 0; i < line.size();) {
-    while (i < line.size() && IsBlank(line[i])) ++i;
-    const size_t begin = i;
-    while (i < line.size() && !IsBlank(line[i])) ++i;
-    if (i == begin) break;
-    if (count == kMaxTokens) return "too many fields";
-    tokens[count++] = line.substr(begin, i - begin);
-  }
+  if (!SplitFields(line, tokens, count)) return "too many fields";
   if (count < 4 || !StartsWithUpper(tokens[0], "M2")) {
     return "M2 line: expected a reel, a speed and a timecode";
   }
@@ -228,14 +235,7 @@ NoteLabel LabelOf(std::string_view body, std::string_view& value) {
 const char* ParseEventLine(std::string_view line, EventFields& out) {
   std::array<std::string_view, kMaxTokens + 1> tokens;
   size_t count = 0;
-  for (size_t i = 0; i < line.size();) {
-    while (i < line.size() && IsBlank(line[i])) ++i;
-    const size_t begin = i;
-    while (i < line.size() && !IsBlank(line[i])) ++i;
-    if (i == begin) break;
-    if (count == kMaxTokens) return "too many fields";
-    tokens[count++] = line.substr(begin, i - begin);
-  }
+  if (!SplitFields(line, tokens, count)) return "too many fields";
 
   // The four timecodes end the line, some of them perhaps run together;
   // else four frame counts do.

@@ -13,7 +13,7 @@ namespace tcs {
 // The largest start an edit gives a range (99 hours at 30 frames/s).
 inline constexpr uint32_t kLastStart = 10692000;
 // One past the end of the timeline.
-inline constexpr uint32_t kTimelineEnd = 10692001;
+inline constexpr uint32_t kTimelineEnd = TCS_TIMELINE_END;
 // A length exempt from the length rule whatever the start.
 inline constexpr uint32_t kFullLength = 10692000;
 // Not-found result of every query: a result, never logged.

@@ -3,7 +3,7 @@
 #include <charconv>
 
 #include "cli.h"
-#include "record/timecode.h"
+#include "tcs.h"
 #include "timecode/timecode.h"
 
 namespace tcs::cli {
@@ -96,7 +96,8 @@ ReadOptions Args::ReadOptions() const {
 
 uint32_t TimecodeArg(const std::string& text, FrameRate rate, const std::string& what) {
   std::string error;
-  const std::optional<uint32_t> frames = timecode::ParseTimecode(text, rate, kTimelineEnd, &error);
+  const std::optional<uint32_t> frames =
+      timecode::ParseTimecode(text, rate, TCS_TIMELINE_END, &error);
   if (!frames) UsageFail(what + ": " + error);
   return *frames;
 }
