@@ -93,13 +93,19 @@ ListedClips ListClips(CTimeCodeSpace& space, uint32_t channel, uint32_t from, ui
   for (int i = 0; i < kPrefetchAhead && ahead != lookup->end(); ++i, ++ahead) {
     CTCLookup::PrefetchRecord(ahead->clip);
   }
+  // `to` of kNoTimecode has no end: a play clip can start at 0xFFFFFFFF
+  // (starts wrap like all timecode sums), and it is listed too.
+  const uint64_t end = to == kNoTimecode ? uint64_t{1} << 32 : to;
   uint32_t count = 0;
-  for (; x != lookup->end() && x->start < to && count < capacity; ++x, ++count) {
+  for (; x != lookup->end() && x->start < end && count < capacity; ++x, ++count) {
     if (ahead != lookup->end()) CTCLookup::PrefetchRecord((ahead++)->clip);
     FillRow(rows[count], channel, *x);
   }
-  const bool more = x != lookup->end() && x->start < to;
-  return {count, more ? x->start : kNoTimecode};
+  if (x == lookup->end() || x->start >= end) return {count, kNoTimecode};
+  // A next start of 0xFFFFFFFF would read as the end of the listing: the last
+  // row goes back, and the next call, from its start, has room for both.
+  if (x->start == kNoTimecode && count > 1) return {count - 1, rows[count - 1].start};
+  return {count, x->start};
 }
 
 }  // namespace tcs

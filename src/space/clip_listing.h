@@ -31,8 +31,11 @@ struct ListedClips {
 // Fills up to `capacity` rows with the play clips of `channel` that play in
 // [from, to): first the one starting or playing at `from` (the play clip
 // tcsTranslate finds there), then every play clip starting after `from` and
-// before `to`, in start order. `next` is the start of the first play clip left unlisted
-// (call again with it as `from`), or kNoTimecode when none is left.
+// before `to`, in start order; `to` of kNoTimecode lists to the end, a play
+// clip starting at 0xFFFFFFFF included. `next` is the start of the first play
+// clip left unlisted (call again with it as `from`), or kNoTimecode when none
+// is left. A play clip starting at 0xFFFFFFFF is never named by `next`: the
+// batch before it ends a row early, so it needs a capacity of at least 2.
 // REQUIRES: from <= to; capacity == 0 or rows != null.
 ListedClips ListClips(CTimeCodeSpace& space, uint32_t channel, uint32_t from, uint32_t to,
                       TCSCLIP* rows, uint32_t capacity);

@@ -49,8 +49,11 @@ TCS_EXPORT unsigned int tcsGetClipCount(CTimeCodeSpace* space, unsigned int chan
 //
 // lists every clip of a channel once, also where clips overlap (a moved clip
 // may overlap its neighbours) and where the event walk of tcsFindNextClip
-// would pass one over. from == to lists nothing. The rows borrow: see
-// TCSCLIP. Statuses: TCS_ERR_BAD_HANDLE; TCS_ERR_BAD_ARGUMENTS for a channel
+// would pass one over. from == to lists nothing; `to` of 0xFFFFFFFF lists to
+// the end. Starts wrap like every timecode sum, so a clip may start at
+// 0xFFFFFFFF itself: it is listed once a batch has room for two rows (with a
+// capacity of 1, `next` would have to name it and so end the listing).
+// The rows borrow: see TCSCLIP. Statuses: TCS_ERR_BAD_HANDLE; TCS_ERR_BAD_ARGUMENTS for a channel
 // of 96 or more, a null count or next, or null clips with a capacity;
 // TCS_ERR_BAD_RANGE when to is before from. Outputs are written only on
 // success.
