@@ -71,7 +71,12 @@ using Carried = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t, std::string, 
 std::vector<Carried> Clips(CTimeCodeSpace* space) {
   std::vector<Carried> clips;
   TCSCLIP rows[64];
+  unsigned int masks[3];
+  if (tcsGetChannels(space, &masks[0], &masks[1], &masks[2]) != 0) {
+    FuzzHost::Broken("the channels could not be read");
+  }
   for (uint32_t channel = 0; channel < 96; ++channel) {
+    if (((masks[channel / 32] >> (channel % 32)) & 1) == 0) continue;
     std::vector<Carried> listed;
     unsigned int from = 0;
     unsigned int count = 0;

@@ -4,11 +4,11 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cassert>
 #include <cstdio>
 #include <iterator>
-#include <map>
-#include <set>
+#include <vector>
 
 #include "lookup/invariant_broken.h"
 #include "platform/clip.h"
@@ -128,8 +128,10 @@ namespace {
 }  // namespace
 
 void CTCLookup::CheckInvariants() const {
-  std::set<const CClip*> played;
-  std::map<const tcs::PooledText*, uint32_t> holders;
+  std::vector<const CClip*> played;
+  std::vector<const tcs::PooledText*> holders;
+  played.reserve(size());
+  holders.reserve(size());
   bool first = true;
   uint32_t previous_start = 0;
   for (const Node& pc : *this) {
@@ -138,17 +140,28 @@ void CTCLookup::CheckInvariants() const {
     }
     first = false;
     previous_start = pc.start;
-    ++holders[pc.text];
+    holders.push_back(pc.text);
     if (pc.clip == nullptr) continue;
     const CClip& record = *pc.clip;
     if (record.start != pc.start || record.length != pc.length) {
       Broken("play clip range differs from its record's range", pc.start);
     }
     if (record.owner != space) Broken("record is not on the owning space's list", pc.start);
-    if (!played.insert(pc.clip).second) Broken("record played by two play clips", pc.start);
+    played.push_back(pc.clip);
   }
-  for (const auto& [text, count] : holders) {
-    if (text->refs != count) Broken("pooled text's holder count is wrong", 0);
+  std::sort(played.begin(), played.end());
+  if (const auto twice = std::adjacent_find(played.begin(), played.end()); twice != played.end()) {
+    Broken("record played by two play clips", (*twice)->start);
   }
-  if (holders.size() != texts_.distinct()) Broken("pool holds a text no play clip holds", 0);
+  // Each pooled text counts exactly the play clips that hold it.
+  std::sort(holders.begin(), holders.end());
+  size_t distinct = 0;
+  for (auto run = holders.begin(); run != holders.end(); ++distinct) {
+    const auto run_end = std::upper_bound(run, holders.end(), *run);
+    if ((*run)->refs != static_cast<uint32_t>(run_end - run)) {
+      Broken("pooled text's holder count is wrong", 0);
+    }
+    run = run_end;
+  }
+  if (distinct != texts_.distinct()) Broken("pool holds a text no play clip holds", 0);
 }

@@ -61,9 +61,9 @@ EdlFileWriter* EdlFileWriter::Open(const char* path, uint32_t access, uint32_t c
   return writer;
 }
 
-EdlFileWriter::EdlFileWriter(QVHANDLE file, timecode::FrameRate rate) : file_(file), rate_(rate) {
-  buffer_.reserve(kFlushSize * 2);
-}
+// The buffer grows with the list (a short list costs no more than its own
+// text) and keeps its room between flushes.
+EdlFileWriter::EdlFileWriter(QVHANDLE file, timecode::FrameRate rate) : file_(file), rate_(rate) {}
 
 EdlFileWriter::~EdlFileWriter() {
   if (file_ != QV_INVALID_HANDLE) qvOSCloseFile(file_);
