@@ -42,8 +42,15 @@ CClip::~CClip() {
   std::free(reel);
 }
 
+// The empty text is its first byte: the 4 KB text buffer is not written
+// over again (every new record is cleared once more before it is filled,
+// and a whole buffer written twice was a quarter of an EDL import).
 void CClip::ClearClip() {
-  static_cast<CTCRange&>(*this) = CTCRange();
+  start = 0;
+  length = 0;
+  effectCode = 0;
+  effectDuration = 0;
+  effectText[0] = '\0';
   std::free(clipName);
   std::free(name);
   std::free(comment);
