@@ -31,6 +31,7 @@ namespace {
 
 using tcs_fuzz::FuzzHost;
 using tcs_fuzz::PickLength;
+using tcs_fuzz::PickMask;
 using tcs_fuzz::PickTime;
 
 constexpr uint32_t kNoMoreLines = 0x80000001u;
@@ -39,23 +40,6 @@ constexpr size_t kClipNameBuffer = 9;
 constexpr size_t kNameBuffer = 4096;
 constexpr int kMaxChannelsPerLine = 6;
 constexpr int kSteps = 32;
-
-// A few channels, so that lines meet on them: none, one, some of the first
-// three, or two anywhere.
-uint32_t PickMask(FuzzedDataProvider& in) {
-  switch (in.ConsumeIntegralInRange<int>(0, 3)) {
-    case 0:
-      return 0;
-    case 1:
-      return 1u << in.ConsumeIntegralInRange<int>(0, 31);
-    case 2:
-      return in.ConsumeIntegralInRange<uint32_t>(0, 7);
-    default: {
-      const uint32_t one = 1u << in.ConsumeIntegralInRange<int>(0, 31);
-      return one | 1u << in.ConsumeIntegralInRange<int>(0, 31);
-    }
-  }
-}
 
 // The texts the lines point at; each ends with its zero.
 std::vector<std::string> TakeTexts(FuzzedDataProvider& in) {

@@ -189,6 +189,23 @@ inline uint32_t PickLength(FuzzedDataProvider& in) {
   }
 }
 
+// Channel bits: none, one, some of the first four (so that clips meet on
+// them), two anywhere, or any.
+inline uint32_t PickMask(FuzzedDataProvider& in) {
+  switch (in.ConsumeIntegralInRange<int>(0, 4)) {
+    case 0:
+      return 0;
+    case 1:
+      return 1u << in.ConsumeIntegralInRange<int>(0, 31);
+    case 2:
+      return in.ConsumeIntegralInRange<uint32_t>(0, 15);
+    case 3:
+      return 1u << in.ConsumeIntegralInRange<int>(0, 31) | 1u << in.ConsumeIntegralInRange<int>(0, 31);
+    default:
+      return in.ConsumeIntegral<uint32_t>();
+  }
+}
+
 inline uint32_t PickChannel(FuzzedDataProvider& in) {
   static const uint32_t kChannels[] = {0, 1, 2, 3, 31, 32, 33, 47, 48, 63, 64, 95, 96, 200};
   return in.ConsumeBool() ? in.PickValueInArray(kChannels) : in.ConsumeIntegral<uint32_t>();

@@ -19,6 +19,7 @@ namespace {
 using tcs_fuzz::FuzzHost;
 using tcs_fuzz::PickChannel;
 using tcs_fuzz::PickLength;
+using tcs_fuzz::PickMask;
 using tcs_fuzz::PickTime;
 
 uint32_t PickCommand(FuzzedDataProvider& in) {
@@ -49,19 +50,6 @@ uint32_t PickSubCommand(FuzzedDataProvider& in, uint32_t command) {
   if (command == TCSCMD_INSERT && in.ConsumeBool()) return PickTime(in);
   return in.ConsumeIntegralInRange<int>(0, 9) == 0 ? in.ConsumeIntegral<uint32_t>()
                                                    : in.PickValueInArray(kSubs);
-}
-
-uint32_t PickMask(FuzzedDataProvider& in) {
-  switch (in.ConsumeIntegralInRange<int>(0, 3)) {
-    case 0:
-      return 0;
-    case 1:
-      return 1u << in.ConsumeIntegralInRange<int>(0, 31);
-    case 2:
-      return in.ConsumeIntegralInRange<uint32_t>(0, 15);
-    default:
-      return in.ConsumeIntegral<uint32_t>();
-  }
 }
 
 // The host's record is always a full 4188-byte buffer (replies may write

@@ -16,7 +16,8 @@
 # from what earlier runs here found (build-fuzz/corpus/<harness>, not checked
 # in). FUZZ_JOBS sets the compile parallelism (default 2), FUZZ_OUT the
 # build directory (default build-fuzz), FUZZ_SANITIZERS the sanitizers
-# (default address,undefined). A long campaign may run with "undefined"
+# (default address,undefined), FUZZ_RUNS a number of executions after
+# which each process stops (sooner than SECONDS). A long campaign may run with "undefined"
 # alone, about three times faster, and then replay what it found with
 # AddressSanitizer (fuzz/replay.sh).
 set -euo pipefail
@@ -86,7 +87,7 @@ for harness in "${harnesses[@]}"; do
   mkdir -p "$out/corpus/$harness"
   echo "== $harness: $seconds s"
   status=0
-  flags=(-max_total_time="$seconds" -timeout=25 -print_final_stats=1 -dict="$root/fuzz/tcs.dict"
+  flags=(-max_total_time="$seconds" -runs="${FUZZ_RUNS:--1}" -timeout=25 -print_final_stats=1 -dict="$root/fuzz/tcs.dict"
          -artifact_prefix="$out/findings/$harness-")
   if [ "$workers" -eq 1 ]; then
     "$out/$harness" "${flags[@]}" "$out/corpus/$harness" "fuzz/corpus/$harness" \

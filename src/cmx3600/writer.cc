@@ -18,13 +18,7 @@ constexpr uint32_t kMaxDuration = 999;
 
 void AppendNumber(std::string& out, uint64_t value, size_t min_width) {
   char digits[24];
-  size_t n = 0;
-  do {
-    digits[n++] = char('0' + value % 10);
-    value /= 10;
-  } while (value > 0);
-  while (n < min_width) digits[n++] = '0';
-  while (n > 0) out += digits[--n];
+  out.append(digits, timecode::PutDigits(value, min_width, digits));
 }
 
 void AppendPadded(std::string& out, std::string_view text, size_t width) {

@@ -11,18 +11,6 @@ constexpr uint64_t DroppedPerMinute(uint32_t fps) { return fps / 15; }  // 2 at 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsSeparator(char c) { return c == ':' || c == ';' || c == '.'; }
 
-char* PutDigits(uint64_t value, size_t min_width, char* out) {
-  char digits[24];
-  size_t n = 0;
-  do {
-    digits[n++] = char('0' + value % 10);
-    value /= 10;
-  } while (value > 0);
-  while (n < min_width) digits[n++] = '0';
-  while (n > 0) *out++ = digits[--n];
-  return out;
-}
-
 char* PutTwoDigits(uint64_t value, char* out) {
   out[0] = char('0' + value / 10);
   out[1] = char('0' + value % 10);
@@ -48,6 +36,18 @@ std::optional<uint32_t> Number(std::string_view text) {
 }
 
 }  // namespace
+
+char* PutDigits(uint64_t value, size_t min_width, char* out) {
+  char digits[24];
+  size_t n = 0;
+  do {
+    digits[n++] = char('0' + value % 10);
+    value /= 10;
+  } while (value > 0);
+  while (n < min_width) digits[n++] = '0';
+  while (n > 0) *out++ = digits[--n];
+  return out;
+}
 
 size_t FormatTimecode(uint32_t frames, FrameRate rate, char* out) {
   const uint64_t fps = rate.fps;

@@ -19,6 +19,10 @@ namespace tcs::timecode {
 // Longest text FormatTimecode writes: hours of a 32-bit count at 1 frame/s.
 inline constexpr size_t kMaxTimecodeText = 18;
 
+// Writes value in decimal, zero-padded to min_width (at most 20) digits, at
+// out (room for 20 characters); returns the end.
+char* PutDigits(uint64_t value, size_t min_width, char* out);
+
 // Writes the timecode of `frames` into `out` (kMaxTimecodeText bytes, no
 // NUL) and returns its length. Hours take two digits, more past 99 hours;
 // frames take two digits, three from 100 frames per second. Drop-frame
