@@ -42,7 +42,11 @@ struct Event {
   std::string_view clipName;  // the short clip name of this codec's own note
   std::string_view comment;   // lines joined by '\n'
   bool hasComment = false;    // a comment was given, perhaps empty
-  // The outgoing clip's name of a two-line transition (reader only).
+  // The outgoing source of a two-line transition: the cut of no length at
+  // the record in that comes before the transition line.
+  bool hasOutgoing = false;
+  uint32_t outgoingSource = 0;
+  std::string_view outgoingReel;
   std::string_view outgoingName;
 };
 

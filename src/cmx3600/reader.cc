@@ -203,8 +203,10 @@ bool EventReader::OnEvent(std::string_view text) {
     const bool has_comment = p.hasComment;
     std::string outgoing = p.hasTo ? p.toName : p.fromName;
     std::string outgoing_reel = p.reel;
+    const uint32_t outgoing_source = p.times[0];
     Start(p, fields, times);
     p.outgoingReel = std::move(outgoing_reel);
+    p.outgoingSource = outgoing_source;
     p.comment.swap(comment);
     p.hasComment = has_comment;
     p.outgoingName = std::move(outgoing);
@@ -250,6 +252,7 @@ void EventReader::Start(Pending& p, const EventFields& fields, const uint32_t (&
   p.toName.clear();
   p.outgoingName.clear();
   p.outgoingReel.clear();
+  p.outgoingSource = 0;
   p.ownName.clear();
   p.comment.clear();
   p.clipName.clear();
@@ -464,6 +467,9 @@ void EventReader::Emit(Pending& p) {
   event.comment = p.comment;
   event.hasComment = p.hasComment;
   event.clipName = p.clipName;
+  event.hasOutgoing = p.pair;
+  event.outgoingSource = p.outgoingSource;
+  event.outgoingReel = p.outgoingReel;
   event.outgoingName = p.outgoingName;
   event.hasSpeed = p.hasSpeed;
   event.speedMilliFps = p.speedMilliFps;

@@ -110,6 +110,7 @@ class EventReader {
     std::string toName;
     std::string outgoingName;
     std::string outgoingReel;
+    uint32_t outgoingSource = 0;
     std::string ownName;  // from a TCS NAME note; never empty when given
     std::string comment;
     std::string clipName;

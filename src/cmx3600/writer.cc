@@ -134,6 +134,59 @@ void AppendSpeed(std::string& out, std::string_view reel, const Event& event,
   out.append(kLineEnd);
 }
 
+// The reel as the event line spells it (AX for none). Blanks would split it
+// in two for every reader, and control characters end a line for some.
+std::string_view ReelField(std::string_view reel, char (&field)[kReelWidth]) {
+  const bool plain = PlainReel(reel);
+  size_t length = 0;
+  if (plain || !reel.empty()) {
+    for (char c : reel.substr(0, kReelWidth)) {
+      const auto u = static_cast<unsigned char>(c);
+      field[length++] = plain ? c : (u <= 0x20 || u == 0x7F) ? '_' : c;
+    }
+  } else {
+    field[length++] = 'A';
+    field[length++] = 'X';
+  }
+  return std::string_view(field, length);
+}
+
+// One event line: number, reel, tracks, edit (a cut unless `effect` is a
+// transition) and the four timecodes.
+void AppendEventLine(std::string& out, uint32_t number, std::string_view reel,
+                     std::string_view tracks, const Event* effect, uint32_t source_in,
+                     uint32_t source_out, uint32_t record_in, uint32_t record_out,
+                     timecode::FrameRate rate) {
+  AppendNumber(out, number, 3);
+  out += "  ";
+  AppendPadded(out, reel, kReelWidth);
+  out += ' ';
+  AppendPadded(out, tracks, 4);
+  out += "  ";
+  if (effect == nullptr) {
+    out += "C        ";
+  } else {
+    if (effect->effectCode == 0) {
+      out += "D    ";
+    } else {
+      out += 'W';
+      AppendNumber(out, effect->effectCode > kMaxCode ? kMaxCode : effect->effectCode, 3);
+      out += ' ';
+    }
+    AppendNumber(out, effect->effectDuration > kMaxDuration ? kMaxDuration : effect->effectDuration,
+                 3);
+    out += ' ';
+  }
+  AppendTimecode(out, source_in, rate);
+  out += ' ';
+  AppendTimecode(out, source_out, rate);
+  out += ' ';
+  AppendTimecode(out, record_in, rate);
+  out += ' ';
+  AppendTimecode(out, record_out, rate);
+  out.append(kLineEnd);
+}
+
 }  // namespace
 
 void AppendHeader(std::string& out, std::string_view title, timecode::FrameRate rate) {
@@ -156,48 +209,20 @@ void AppendEvent(std::string& out, const Event& line, uint32_t number, timecode:
   const bool wipe = line.transition;
   const bool own_effect = wipe ? (line.effectCode > kMaxCode || line.effectDuration > kMaxDuration)
                                : (line.effectCode != 0 || line.effectDuration != 0);
-
-  // The reel as the event line spells it. Blanks would split it in two for
-  // every reader, and control characters end a line for some.
+  // A transition with its outgoing source takes two lines of one number: a
+  // cut of no length into the outgoing source where the transition starts,
+  // then the transition line. Its notes then name both clips.
+  const bool two_lines = wipe && line.hasOutgoing;
+  if (two_lines) {
+    char outgoing_field[kReelWidth];
+    AppendEventLine(out, number, ReelField(line.outgoingReel, outgoing_field), tracks.field,
+                    nullptr, line.outgoingSource, line.outgoingSource, line.recordIn,
+                    line.recordIn, rate);
+  }
   char reel_field[kReelWidth];
-  size_t reel_length = 0;
-  if (plain_reel || !reel.empty()) {
-    for (char c : reel.substr(0, kReelWidth)) {
-      const auto u = static_cast<unsigned char>(c);
-      reel_field[reel_length++] = plain_reel ? c : (u <= 0x20 || u == 0x7F) ? '_' : c;
-    }
-  } else {
-    reel_field[reel_length++] = 'A';
-    reel_field[reel_length++] = 'X';
-  }
-  const std::string_view reel_text(reel_field, reel_length);
-  AppendNumber(out, number, 3);
-  out += "  ";
-  AppendPadded(out, reel_text, kReelWidth);
-  out += ' ';
-  AppendPadded(out, tracks.field, 4);
-  out += "  ";
-  if (!wipe) {
-    out += "C        ";
-  } else {
-    if (line.effectCode == 0) {
-      out += "D    ";
-    } else {
-      out += 'W';
-      AppendNumber(out, line.effectCode > kMaxCode ? kMaxCode : line.effectCode, 3);
-      out += ' ';
-    }
-    AppendNumber(out, line.effectDuration > kMaxDuration ? kMaxDuration : line.effectDuration, 3);
-    out += ' ';
-  }
-  AppendTimecode(out, clip.sourceIn, rate);
-  out += ' ';
-  AppendTimecode(out, clip.sourceOut, rate);
-  out += ' ';
-  AppendTimecode(out, line.recordIn, rate);
-  out += ' ';
-  AppendTimecode(out, line.recordOut, rate);
-  out.append(kLineEnd);
+  const std::string_view reel_text = ReelField(reel, reel_field);
+  AppendEventLine(out, number, reel_text, tracks.field, wipe ? &line : nullptr, clip.sourceIn,
+                  clip.sourceOut, line.recordIn, line.recordOut, rate);
 
   if (tracks.aud3 || tracks.aud4) {
     out += tracks.aud3 ? "AUD   3" : "AUD    ";
@@ -206,7 +231,12 @@ void AppendEvent(std::string& out, const Event& line, uint32_t number, timecode:
   }
   if (clip.hasSpeed) AppendSpeed(out, reel_text, clip, rate);
   const std::string_view name = clip.name;
-  if (!name.empty()) AppendNote(out, "FROM CLIP NAME:", name);
+  if (two_lines) {
+    if (!line.outgoingName.empty()) AppendNote(out, "FROM CLIP NAME:", line.outgoingName);
+    if (!name.empty()) AppendNote(out, "TO CLIP NAME:", name);
+  } else if (!name.empty()) {
+    AppendNote(out, "FROM CLIP NAME:", name);
+  }
   if (!clip.comment.empty()) {
     std::string_view rest = clip.comment;
     while (true) {

@@ -18,9 +18,11 @@ namespace tcs::cmx3600 {
 // Appends the TITLE:, FCM: and frame rate lines and a blank line.
 void AppendHeader(std::string& out, std::string_view title, timecode::FrameRate rate);
 
-// Appends the lines of one event numbered `number`: the event line, an AUD
-// line for audio tracks 3 and 4, FROM CLIP NAME:, one COMMENT: line per line
-// of the comment, and this codec's own notes where needed. Appends only:
+// Appends the lines of one event numbered `number`: the event line (a
+// transition with its outgoing source is preceded by the outgoing cut of no
+// length, and its notes name both clips, FROM and TO CLIP NAME), an AUD line
+// for audio tracks 3 and 4, FROM CLIP NAME:, one COMMENT: line per line of
+// the comment, and this codec's own notes where needed. Appends only:
 // a caller that reuses `out` allocates nothing once it has grown.
 void AppendEvent(std::string& out, const Event& event, uint32_t number, timecode::FrameRate rate);
 

@@ -33,11 +33,16 @@ struct Clip {
   std::string_view clipName;
   std::string_view comment;
   uint32_t channel;
+  // Into a transition: what plays before it on the channel (see Outgoing).
+  uint32_t outgoingSource;
+  std::string_view outgoingReel;
+  std::string_view outgoingName;
 
   // Everything an event carries, in the order events are written.
   auto Key() const {
     return std::tie(start, length, sourceIn, sourceOut, transition, effectCode, effectDuration,
-                    hasSpeed, speedMilliFps, speedEntry, reel, name, clipName, comment);
+                    hasSpeed, speedMilliFps, speedEntry, reel, name, clipName, comment,
+                    outgoingSource, outgoingReel, outgoingName);
   }
 };
 
@@ -88,6 +93,25 @@ void KeepPlayed(std::vector<Clip>& clips, size_t first) {
   clips.resize(kept);
 }
 
+// A transition is written as editors write it, in two lines: a cut of no
+// length into the outgoing source, then the transition. The outgoing source
+// is the clip that plays up to the transition on its channel, where it left
+// off; black (BL) where nothing does.
+void Outgoing(std::vector<Clip>& clips, size_t first) {
+  for (size_t i = first; i < clips.size(); ++i) {
+    Clip& clip = clips[i];
+    if (!clip.transition) continue;
+    const Clip* before = i > first ? &clips[i - 1] : nullptr;
+    if (before != nullptr && uint64_t(before->start) + before->length == clip.start) {
+      clip.outgoingSource = before->sourceOut;
+      clip.outgoingReel = before->reel;
+      clip.outgoingName = before->name;
+    } else {
+      clip.outgoingReel = "BL";
+    }
+  }
+}
+
 uint32_t ListAll(CTimeCodeSpace* space, std::vector<Clip>& clips) {
   unsigned int masks[3] = {};
   uint32_t status = tcsGetChannels(space, &masks[0], &masks[1], &masks[2]);
@@ -104,6 +128,7 @@ uint32_t ListAll(CTimeCodeSpace* space, std::vector<Clip>& clips) {
       for (unsigned int i = 0; i < count; ++i) clips.push_back(ClipOf(rows[i]));
     } while (from != TCS_NO_TIMECODE);
     KeepPlayed(clips, first);
+    Outgoing(clips, first);
   }
   return TCS_OK;
 }
@@ -123,6 +148,10 @@ cmx3600::Event EventOf(const Clip& clip) {
   event.reel = clip.reel;
   event.name = clip.name;
   event.clipName = clip.clipName;
+  event.hasOutgoing = clip.transition;
+  event.outgoingSource = clip.outgoingSource;
+  event.outgoingReel = clip.outgoingReel;
+  event.outgoingName = clip.outgoingName;
   // The comment goes after the event's other lines (AppendCommentLines).
   return event;
 }

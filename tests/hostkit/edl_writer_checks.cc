@@ -90,6 +90,8 @@ class Space {
 struct Parsed {
   std::vector<std::string> warnings;
   size_t events = 0;
+  // Each transition's outgoing source: reel, source timecode, name.
+  std::vector<std::tuple<std::string, uint32_t, std::string>> outgoing;
 };
 
 Parsed Parse(const std::string& text, FrameRate rate) {
@@ -97,7 +99,15 @@ Parsed Parse(const std::string& text, FrameRate rate) {
   tcs::cmx3600::ReadSettings settings;
   settings.rate = rate;
   tcs::cmx3600::EventReader reader(
-      settings, [](void* p, const tcs::cmx3600::Event&) { ++static_cast<Parsed*>(p)->events; },
+      settings,
+      [](void* p, const tcs::cmx3600::Event& event) {
+        auto* parsed = static_cast<Parsed*>(p);
+        ++parsed->events;
+        if (event.hasOutgoing) {
+          parsed->outgoing.emplace_back(event.outgoingReel, event.outgoingSource,
+                                        event.outgoingName);
+        }
+      },
       [](void* p, const tcs::cmx3600::Warning& w) {
         static_cast<Parsed*>(p)->warnings.push_back(std::to_string(w.line) + ": " +
                                                     std::string(w.text));
@@ -303,6 +313,36 @@ TEST(EdlWriter, NotesGoBackAsTheyWere) {
     EXPECT_NE(text.find(line), std::string::npos) << line << " in\n" << text;
   }
   ExpectRoundTrip(space, rate, "notes");
+}
+
+// A transition goes out in the two lines editors write: a cut of no length
+// into where the clip before it left off (black, BL, where nothing plays up
+// to it), then the transition, its notes naming both clips.
+TEST(EdlWriter, TransitionsGoOutWithTheirOutgoingSource) {
+  const FrameRate rate{25, false};
+  const std::string list =
+      "001  R1       V     C        01:00:00:00 01:00:04:00 00:00:00:00 00:00:04:00\r\n"
+      "* FROM CLIP NAME: one\r\n"
+      "002  R1       V     D    025 02:00:00:00 02:00:02:00 00:00:04:00 00:00:06:00\r\n"
+      "* FROM CLIP NAME: two\r\n"
+      "003  R3       V     W001 010 03:00:00:00 03:00:01:00 00:00:10:00 00:00:11:00\r\n";
+  Space space;
+  space.Read(list, rate);
+  const std::string text = space.Written(rate);
+  for (const char* line :
+       {"002  R1       V     C        01:00:04:00 01:00:04:00 00:00:04:00 00:00:04:00\r\n"
+        "002  R1       V     D    025 02:00:00:00 02:00:02:00 00:00:04:00 00:00:06:00\r\n"
+        "* FROM CLIP NAME: one\r\n* TO CLIP NAME: two\r\n",
+        "003  BL       V     C        00:00:00:00 00:00:00:00 00:00:10:00 00:00:10:00\r\n"
+        "003  R3       V     W001 010 03:00:00:00 03:00:01:00 00:00:10:00 00:00:11:00\r\n"}) {
+    EXPECT_NE(text.find(line), std::string::npos) << line << " in\n" << text;
+  }
+  const Parsed parsed = Parse(text, rate);
+  EXPECT_EQ(parsed.events, 3u);
+  EXPECT_TRUE(parsed.warnings.empty()) << parsed.warnings.front();
+  using Outgoing = std::tuple<std::string, uint32_t, std::string>;
+  EXPECT_EQ(parsed.outgoing, (std::vector<Outgoing>{{"R1", 90100, "one"}, {"BL", 0, ""}}));
+  ExpectRoundTrip(space, rate, "transitions");
 }
 
 }  // namespace
