@@ -476,7 +476,15 @@ void EventReader::Emit(Pending& p) {
   event.speedEntry = p.speedEntry;
   event.speedLine = p.speedLine;
   event.key = p.edit == 'K';
-  if (event.key) Warn(p.line, WarningKind::kKeyAsCut, "key edit placed as a cut");
+  if (&p == &key_) {
+    // The key plays over its background: it goes one video track up, so
+    // that both are kept.
+    event.video = p.video << 1;
+    if ((p.video >> 31) != 0) Warn(p.line, WarningKind::kTracksDropped, "tracks above 32 ignored");
+    Warn(p.line, WarningKind::kKeyAsCut, "key placed as a cut one video track above its background");
+  } else if (event.key) {
+    Warn(p.line, WarningKind::kKeyAsCut, "key edit placed as a cut");
+  }
   event.transition = p.edit == 'D' || p.edit == 'W';
   event.effectCode = p.edit == 'W' ? p.code : 0;
   event.effectDuration = event.transition ? p.duration : 0;

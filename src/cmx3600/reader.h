@@ -16,7 +16,9 @@
 //    are kept as the file says, with a warning.
 //  - A key: a "K B" line (the background) followed by a K or K O line (the
 //    key) of the same number gives two events, background then key, each
-//    with its name (FROM CLIP NAME, KEY CLIP NAME), both placed as cuts.
+//    with its name (FROM CLIP NAME, KEY CLIP NAME), both placed as cuts; the
+//    key one video track above its background's (V2 over V), so that the
+//    background keeps its frames.
 //  - Lines of the same event number with the same reel, edit and timecodes
 //    (one line per track, as some tools write them) are one event.
 //  - FCM: lines before the first event set the list's counting (record

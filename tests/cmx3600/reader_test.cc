@@ -140,6 +140,26 @@ TEST(Cmx3600Reader, ReadsWhatOtherToolsWrite) {
   EXPECT_EQ(df.warnings, df_warnings);
 }
 
+// A key plays over its background, so both are kept: the key one video
+// track up, each with its own name (the background's comment keeps the
+// note that names the key).
+TEST(Cmx3600Reader, AKeyGoesOneVideoTrackAboveItsBackground) {
+  const Result keyed = Read(
+      "001  BG       V     K B      00:00:00:00 00:00:05:00 01:00:00:00 01:00:05:00\n"
+      "001  FG       V     K    000 00:00:10:00 00:00:15:00 01:00:00:00 01:00:05:00\n"
+      "* FROM CLIP NAME: background.mov\n"
+      "* KEY CLIP NAME: title.mov\n");
+  const std::vector<Kept> expected = {
+      {0, 150, kHour, kHour + 150, 1, 0, 0, 0, "BG", "background.mov", "KEY CLIP NAME: title.mov",
+       ""},
+      {300, 450, kHour, kHour + 150, 2, 0, 0, 0, "FG", "title.mov", "", ""},
+  };
+  EXPECT_EQ(keyed.events, expected);
+  const std::vector<std::pair<uint32_t, WarningKind>> warnings = {{1, WarningKind::kKeyAsCut},
+                                                                  {2, WarningKind::kKeyAsCut}};
+  EXPECT_EQ(keyed.warnings, warnings);
+}
+
 // Read tolerantly, a bad line is skipped with a warning naming it (an event
 // line with its notes) and every other event is read; read strictly, the
 // first bad line stops the reading: the events before it stay, an event whose
