@@ -186,8 +186,40 @@ void Play(uint64_t seed) {
   }
 }
 
+// Run under another name, for the tests' bodies, where Run is the test's.
+After Step(CTimeCodeSpace& s, const TCSCMD& from, bool fresh, bool plain) {
+  return Run(s, from, fresh, true, plain);
+}
+
 TEST(WalkSearch, StepsLeaveWhatPlainSearchesLeave) {
   tcs_test::ForEachSeed("TCS_WALK", 301, 400, Play);
 }
 
+// A host's search mode with bit 0 searches again from frame 0 when its value
+// reads as not found, in the walk as in a plain search: here the source
+// frame that plays at the cursor is 0x80000001 itself.
+TEST(WalkSearch, AHostModeSearchesAgainFromTheStartAsPlainSearchesDo) {
+  tcs_test::OpenedSpace space;
+  CTimeCodeSpace& s = *space;
+  tcs::SpaceLock hold(s);
+  for (const uint32_t start : {10u, 40u}) {
+    auto made = tcs_test::MakeClip(start, 20, kNotFound - 5);
+    made->channel = 0;
+    tcs_test::LayPlayClip(s, 0, *made);
+  }
+  TCSCMD record{};
+  record.flags = TCSF_MODE;
+  record.selector = 0x71;  // the source frame, searching again when it reads as not found
+  record.position = 15;
+  CPlayClip unused;
+  ASSERT_EQ(s.LookupOf(0)->FindPlayClip(0x71, 15, unused), kNotFound);
+  for (const bool fresh : {false, true}) {
+    const After want = Step(s, record, fresh, true);
+    const After got = Step(s, record, fresh, false);
+    EXPECT_NE(want.answer, kNotFound);
+    EXPECT_TRUE(got == want) << "answer " << got.answer << ", plain " << want.answer;
+  }
+}
+
 }  // namespace
+

@@ -1,0 +1,71 @@
+// The clip record of the stand-in clip library: a copy owns strings of its
+// own, and a null record clears a record whole but for its list fields.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "platform/clip.h"
+#include "platform/clip_speed.h"
+
+namespace {
+
+std::string Str(const char* text) { return text != nullptr ? text : "<null>"; }
+
+TEST(Clip, ACopyOwnsItsStringsAndANullRecordClearsAllButTheListFields) {
+  CClip from;
+  from.ClearClip();
+  from.start = 100;
+  from.length = 50;
+  from.sourceIn = 1000;
+  from.sourceOut = 1050;
+  from.videoMask = 5;
+  from.hostTag = 77;
+  from.channel = 2;
+  from.SetName("Interview_A.mov");
+  from.SetReel("TAPE01");
+  from.SetComment("checked");
+  from.SetClipName("a long short name");
+  char text[] = "Dissolve";
+  from.SetEffect(0, text, 25);
+  clsSetClipSpeed(&from, -25000, 990);
+
+  CClip copy;
+  copy.SetClip(&from);
+  copy.SetClip(&copy);  // itself: nothing changes
+  from.SetName(nullptr);
+  from.SetReel("other");
+  EXPECT_EQ(Str(copy.name), "Interview_A.mov");
+  EXPECT_EQ(Str(copy.reel), "TAPE01");
+  EXPECT_EQ(Str(copy.comment), "checked");
+  EXPECT_EQ(Str(copy.clipName), "a long s");  // cut to the short name's eight
+  EXPECT_STREQ(copy.effectText, "Dissolve");
+  EXPECT_EQ(copy.effectDuration, 25u);
+  EXPECT_EQ(copy.start, 100u);
+  EXPECT_EQ(copy.sourceOut, 1050u);
+  EXPECT_EQ(copy.videoMask, 5u);
+  EXPECT_EQ(copy.hostTag, 77u);
+  EXPECT_EQ(copy.channel, 2u);
+  int32_t speed = 0;
+  uint32_t entry = 0;
+  ASSERT_EQ(clsGetClipSpeed(&copy, &speed, &entry), 1);
+  EXPECT_EQ(speed, -25000);
+  EXPECT_EQ(entry, 990u);
+
+  // The list fields belong to the space that lists the record.
+  CClip neighbour;
+  copy.next = &neighbour;
+  copy.SetClip(static_cast<const CClip*>(nullptr));
+  EXPECT_EQ(copy.next, &neighbour);
+  EXPECT_EQ(copy.name, nullptr);
+  EXPECT_EQ(copy.reel, nullptr);
+  EXPECT_EQ(copy.comment, nullptr);
+  EXPECT_EQ(copy.clipName, nullptr);
+  EXPECT_STREQ(copy.effectText, "");
+  EXPECT_EQ(copy.start + copy.length + copy.effectCode + copy.effectDuration, 0u);
+  EXPECT_EQ(copy.sourceIn + copy.sourceOut + copy.videoMask + copy.channel, 0u);
+  EXPECT_EQ(copy.hostTag, 0u);
+  EXPECT_EQ(clsGetClipSpeed(&copy, nullptr, nullptr), 0);
+}
+
+}  // namespace
