@@ -17,6 +17,7 @@
 
 #include "cmx3600/reader.h"
 #include "fuzz/fuzz_host.h"
+#include "hostkit/each_clip.h"
 #include "hostkit/edl_writer.h"
 #include "tcs.h"
 
@@ -70,7 +71,6 @@ using Carried = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t, std::string, 
 
 std::vector<Carried> Clips(CTimeCodeSpace* space) {
   std::vector<Carried> clips;
-  TCSCLIP rows[64];
   unsigned int masks[3];
   if (tcsGetChannels(space, &masks[0], &masks[1], &masks[2]) != 0) {
     FuzzHost::Broken("the channels could not be read");
@@ -78,19 +78,12 @@ std::vector<Carried> Clips(CTimeCodeSpace* space) {
   for (uint32_t channel = 0; channel < 96; ++channel) {
     if (((masks[channel / 32] >> (channel % 32)) & 1) == 0) continue;
     std::vector<Carried> listed;
-    unsigned int from = 0;
-    unsigned int count = 0;
-    do {
-      if (tcsGetClips(space, channel, from, TCS_NO_TIMECODE, rows, 64, &count, &from) != 0) {
-        FuzzHost::Broken("a channel could not be listed");
-      }
-      for (unsigned int i = 0; i < count; ++i) {
-        const TCSCLIP& r = rows[i];
-        const char* name = r.info != nullptr ? r.info->name : nullptr;
-        listed.emplace_back(channel, r.start, r.length, r.sourceIn, name != nullptr ? name : "",
-                            r.effectText[0] != '\0', r.effectCode, r.effectDuration);
-      }
-    } while (from != TCS_NO_TIMECODE);
+    const uint32_t status = tcs::host::EachClip(space, channel, [&](const TCSCLIP& r) {
+      const char* name = r.info != nullptr ? r.info->name : nullptr;
+      listed.emplace_back(channel, r.start, r.length, r.sourceIn, name != nullptr ? name : "",
+                          r.effectText[0] != '\0', r.effectCode, r.effectDuration);
+    });
+    if (status != 0) FuzzHost::Broken("a channel could not be listed");
     for (size_t i = 0; i < listed.size(); ++i) {
       uint32_t& length = std::get<2>(listed[i]);
       if (i + 1 < listed.size()) {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "otio/otio.h"
+#include "hostkit/each_clip.h"
 #include "tcs.h"
 
 namespace {
@@ -24,21 +25,16 @@ std::string Text(const char* text) { return text != nullptr ? text : ""; }
 std::vector<Clip> Clips(CTimeCodeSpace* space) {
   std::vector<Clip> out;
   for (uint32_t channel = 0; channel < 96; ++channel) {
-    unsigned int from = 0, count = 0;
-    TCSCLIP rows[64];
-    do {
-      if (tcsGetClips(space, channel, from, TCS_NO_TIMECODE, rows, 64, &count, &from) != 0) abort();
-      for (unsigned int i = 0; i < count; ++i) {
-        const TCSCLIP& r = rows[i];
-        const bool effect = r.effectText[0] != '\0';
-        int32_t milli = 0;
-        uint32_t entry = 0;
-        const int speed = clsGetClipSpeed(r.info, &milli, &entry);
-        out.emplace_back(r.channel, r.start, r.length, r.sourceIn, effect ? r.effectCode : 0,
-                         effect ? r.effectDuration : 0, Text(r.info->name), Text(r.info->reel),
-                         Text(r.info->comment), Text(r.info->clipName), speed, milli, entry);
-      }
-    } while (count > 0 && from != TCS_NO_TIMECODE);
+    const uint32_t status = tcs::host::EachClip(space, channel, [&out](const TCSCLIP& r) {
+      const bool effect = r.effectText[0] != '\0';
+      int32_t milli = 0;
+      uint32_t entry = 0;
+      const int speed = clsGetClipSpeed(r.info, &milli, &entry);
+      out.emplace_back(r.channel, r.start, r.length, r.sourceIn, effect ? r.effectCode : 0,
+                       effect ? r.effectDuration : 0, Text(r.info->name), Text(r.info->reel),
+                       Text(r.info->comment), Text(r.info->clipName), speed, milli, entry);
+    });
+    if (status != 0) abort();
   }
   return out;
 }

@@ -6,11 +6,11 @@
 
 #include "cmx3600/comment_lines.h"
 #include "cmx3600/writer.h"
+#include "each_clip.h"
 
 namespace tcs::host {
 namespace {
 
-constexpr unsigned int kBatch = 256;  // rows asked for at a time
 constexpr uint32_t kChannels = 96;
 
 std::string_view View(const char* text) { return text != nullptr ? text : std::string_view(); }
@@ -116,17 +116,11 @@ uint32_t ListAll(CTimeCodeSpace* space, std::vector<Clip>& clips) {
   unsigned int masks[3] = {};
   uint32_t status = tcsGetChannels(space, &masks[0], &masks[1], &masks[2]);
   if (status != TCS_OK) return status;
-  TCSCLIP rows[kBatch];
   for (uint32_t channel = 0; channel < kChannels; ++channel) {
     if (((masks[channel / 32] >> (channel % 32)) & 1u) == 0) continue;
     const size_t first = clips.size();
-    unsigned int from = 0;
-    unsigned int count = 0;
-    do {
-      status = tcsGetClips(space, channel, from, TCS_NO_TIMECODE, rows, kBatch, &count, &from);
-      if (status != TCS_OK) return status;
-      for (unsigned int i = 0; i < count; ++i) clips.push_back(ClipOf(rows[i]));
-    } while (from != TCS_NO_TIMECODE);
+    status = EachClip(space, channel, [&clips](const TCSCLIP& row) { clips.push_back(ClipOf(row)); });
+    if (status != TCS_OK) return status;
     KeepPlayed(clips, first);
     Outgoing(clips, first);
   }

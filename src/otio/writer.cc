@@ -11,6 +11,7 @@
 #include <fstream>
 #include <string>
 
+#include "hostkit/each_clip.h"
 #include "otio/json_text.h"
 #include "otio/otio.h"
 #include "otio/source_file.h"
@@ -19,7 +20,6 @@
 namespace tcs::otio {
 namespace {
 
-constexpr unsigned int kBatch = 256;
 
 // What the writer keeps of a listed clip: the rows' pointers are borrowed.
 struct Row {
@@ -42,27 +42,18 @@ std::string Text(const char* text) { return text != nullptr ? text : ""; }
 
 std::vector<Row> ChannelRows(CTimeCodeSpace* space, uint32_t channel) {
   std::vector<Row> rows;
-  TCSCLIP batch[kBatch];
-  unsigned int from = 0;
-  unsigned int count = 0;
-  do {
-    if (tcsGetClips(space, channel, from, TCS_NO_TIMECODE, batch, kBatch, &count, &from) != TCS_OK) {
-      break;
+  host::EachClip(space, channel, [&rows](const TCSCLIP& c) {
+    Row row{c.start, c.length, c.sourceIn, c.effectCode, c.effectDuration, Text(c.effectText),
+            "", "", "", ""};
+    if (c.info != nullptr) {
+      row.name = Text(c.info->name);
+      row.reel = Text(c.info->reel);
+      row.comment = Text(c.info->comment);
+      row.clipName = Text(c.info->clipName);
+      row.speed = clsGetClipSpeed(c.info, &row.milliFps, &row.speedEntry) != 0;
     }
-    for (unsigned int i = 0; i < count; ++i) {
-      const TCSCLIP& c = batch[i];
-      Row row{c.start, c.length, c.sourceIn, c.effectCode, c.effectDuration, Text(c.effectText),
-              "", "", "", ""};
-      if (c.info != nullptr) {
-        row.name = Text(c.info->name);
-        row.reel = Text(c.info->reel);
-        row.comment = Text(c.info->comment);
-        row.clipName = Text(c.info->clipName);
-        row.speed = clsGetClipSpeed(c.info, &row.milliFps, &row.speedEntry) != 0;
-      }
-      rows.push_back(std::move(row));
-    }
-  } while (from != TCS_NO_TIMECODE);
+    rows.push_back(std::move(row));
+  });
   return rows;
 }
 

@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+#include "hostkit/each_clip.h"
+
 namespace tcs_test {
 namespace {
 
@@ -15,25 +17,20 @@ char* Raw(const std::string& text) { return text.empty() ? nullptr : const_cast<
 std::vector<ClipRow> AllClips(CTimeCodeSpace* space) {
   std::vector<ClipRow> out;
   for (uint32_t channel = 0; channel < 96; ++channel) {
-    unsigned int from = 0, count = 0;
-    TCSCLIP rows[64];
-    do {
-      EXPECT_EQ(tcsGetClips(space, channel, from, TCS_NO_TIMECODE, rows, 64, &count, &from), 0u);
-      for (unsigned int i = 0; i < count; ++i) {
-        const TCSCLIP& r = rows[i];
-        const bool effect = r.effectText[0] != '\0';
-        ClipRow row{r.channel, r.start, r.length, r.sourceIn, effect ? r.effectCode : 0,
-                    effect ? r.effectDuration : 0, "", "", "", ""};
-        if (r.info != nullptr) {
-          row.name = Text(r.info->name);
-          row.reel = Text(r.info->reel);
-          row.comment = Text(r.info->comment);
-          row.clipName = Text(r.info->clipName);
-          row.speed = clsGetClipSpeed(r.info, &row.milliFps, &row.speedEntry) != 0;
-        }
-        out.push_back(row);
+    const uint32_t status = tcs::host::EachClip(space, channel, [&out](const TCSCLIP& r) {
+      const bool effect = r.effectText[0] != '\0';
+      ClipRow row{r.channel, r.start, r.length, r.sourceIn, effect ? r.effectCode : 0,
+                  effect ? r.effectDuration : 0, "", "", "", ""};
+      if (r.info != nullptr) {
+        row.name = Text(r.info->name);
+        row.reel = Text(r.info->reel);
+        row.comment = Text(r.info->comment);
+        row.clipName = Text(r.info->clipName);
+        row.speed = clsGetClipSpeed(r.info, &row.milliFps, &row.speedEntry) != 0;
       }
-    } while (count > 0 && from != TCS_NO_TIMECODE);
+      out.push_back(row);
+    });
+    EXPECT_EQ(status, 0u);
   }
   return out;
 }
