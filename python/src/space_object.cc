@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "clip_type.h"
+#include "each_clip.h"
 #include "edit_request.h"
 #include "event_walk.h"
 #include "library_call.h"
@@ -16,7 +17,6 @@ namespace py = pybind11;
 namespace tcs::py_module {
 namespace {
 
-constexpr unsigned int kBatch = 512;  // rows asked for at a time
 
 std::string Text(const char* text) { return text != nullptr ? text : ""; }
 
@@ -28,10 +28,7 @@ std::string ChannelName(uint32_t channel) {
 
 // The play clip starting or playing at `at` on `channel`, as a row.
 bool RowAt(CTimeCodeSpace* space, uint32_t channel, uint32_t at, TCSCLIP& row) {
-  unsigned int count = 0;
-  unsigned int next = 0;
-  return at != TCS_NO_TIMECODE &&
-         tcsGetClips(space, channel, at, at + 1, &row, 1, &count, &next) == TCS_OK && count == 1;
+  return at != TCS_NO_TIMECODE && tcs::host::ClipAt(space, channel, at, row);
 }
 
 std::vector<uint32_t> ChannelsWithClips(CTimeCodeSpace* space) {
@@ -259,17 +256,8 @@ std::vector<Clip> Space::Clips(const py::handle& channel_arg) const {
         unsigned int count = 0;
         if (uint32_t s = tcsGetClipCount(space, channel, &count); s != TCS_OK) return s;
         clips.reserve(count);
-        TCSCLIP rows[kBatch];
-        unsigned int from = 0;
-        do {
-          if (uint32_t s = tcsGetClips(space, channel, from, TCS_NO_TIMECODE, rows, kBatch, &count,
-                                       &from);
-              s != TCS_OK) {
-            return s;
-          }
-          for (unsigned int i = 0; i < count; ++i) clips.emplace_back(state_, rows[i]);
-        } while (from != TCS_NO_TIMECODE);
-        return uint32_t{TCS_OK};
+        return tcs::host::EachClip(
+            space, channel, [&](const TCSCLIP& row) { clips.emplace_back(state_, row); });
       },
       log);
   Check(status, log, "clips");

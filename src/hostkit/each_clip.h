@@ -1,5 +1,6 @@
-// EachClip: every clip of one channel in start order, read through the
-// listing entry points a batch at a time, as a host reads a space. Header
+// EachClip and ClipAt: every clip of one channel in start order, and the
+// clip at a frame, read through the listing entry points as a host reads a
+// space. Header
 // only, so that the interchange libraries use it without linking the host
 // kit. The caller holds no lock: a host's edit between two batches is seen
 // from the frame the listing resumes at.
@@ -29,6 +30,15 @@ uint32_t EachClip(CTimeCodeSpace* space, uint32_t channel, Each&& each) {
     for (unsigned int i = 0; i < count; ++i) each(rows[i]);
   } while (from != TCS_NO_TIMECODE);
   return TCS_OK;
+}
+
+// The row of the clip that starts or plays at `at` (the first a listing
+// from `at` gives: where several start there together, the first listed).
+// False when there is none, or the call fails.
+inline bool ClipAt(CTimeCodeSpace* space, uint32_t channel, uint32_t at, TCSCLIP& row) {
+  unsigned int count = 0;
+  unsigned int next = 0;
+  return tcsGetClips(space, channel, at, at + 1, &row, 1, &count, &next) == TCS_OK && count == 1;
 }
 
 }  // namespace tcs::host

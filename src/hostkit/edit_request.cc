@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "each_clip.h"
+
 namespace tcs::host {
 namespace {
 
@@ -30,10 +32,7 @@ struct Found {
 
 std::optional<Found> ClipAt(CTimeCodeSpace* space, uint32_t channel, uint32_t at) {
   TCSCLIP row;
-  unsigned int count = 0;
-  unsigned int next = 0;
-  if (at == TCS_NO_TIMECODE ||
-      tcsGetClips(space, channel, at, at + 1, &row, 1, &count, &next) != TCS_OK || count == 0 ||
+  if (at == TCS_NO_TIMECODE || !host::ClipAt(space, channel, at, row) ||
       at - row.start >= row.length) {
     return std::nullopt;
   }

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "each_clip.h"
+
 namespace tcs::host {
 
 std::vector<WalkEvent> WalkEvents(CTimeCodeSpace* space) {
@@ -20,14 +22,7 @@ std::vector<WalkEvent> WalkEvents(CTimeCodeSpace* space) {
       const uint32_t masks[2] = {probe.videoMask, probe.audioMask};
       for (uint32_t c = 0; c < 64; ++c) {
         if ((masks[c / 32] >> (c % 32) & 1) == 0) continue;
-        TCSCLIP row;
-        unsigned int count = 0;
-        unsigned int next = 0;
-        if (tcsGetClips(space, c, probe.position, probe.position + 1, &row, 1, &count, &next) ==
-                TCS_OK &&
-            count == 1) {
-          event.transition = row.effectText;
-        }
+        if (TCSCLIP row; ClipAt(space, c, probe.position, row)) event.transition = row.effectText;
         break;
       }
       events.push_back(std::move(event));

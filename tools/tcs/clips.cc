@@ -1,13 +1,12 @@
 #include "clips.h"
 
 #include "channels.h"
+#include "each_clip.h"
 
 namespace tcs::cli {
 namespace {
 
 std::string Text(const char* text) { return text != nullptr ? text : ""; }
-
-constexpr unsigned int kBatch = 256;  // rows asked for at a time
 
 }  // namespace
 
@@ -30,17 +29,9 @@ std::vector<ChannelView> ChannelsOf(CTimeCodeSpace* space) {
   ChannelMasks masks;
   std::vector<ChannelView> channels;
   if (tcsGetChannels(space, &masks.video, &masks.audio, &masks.aux) != TCS_OK) return channels;
-  TCSCLIP rows[kBatch];
   for (const uint32_t channel : MaskChannels(masks)) {
     ChannelView view{channel, {}};
-    unsigned int from = 0;
-    unsigned int count = 0;
-    do {
-      if (tcsGetClips(space, channel, from, TCS_NO_TIMECODE, rows, kBatch, &count, &from) != TCS_OK) {
-        break;
-      }
-      for (unsigned int i = 0; i < count; ++i) view.clips.push_back(ViewOf(rows[i]));
-    } while (from != TCS_NO_TIMECODE);
+    host::EachClip(space, channel, [&view](const TCSCLIP& row) { view.clips.push_back(ViewOf(row)); });
     channels.push_back(std::move(view));
   }
   return channels;
@@ -48,12 +39,7 @@ std::vector<ChannelView> ChannelsOf(CTimeCodeSpace* space) {
 
 std::optional<ClipView> ClipAt(CTimeCodeSpace* space, uint32_t channel, uint32_t at) {
   TCSCLIP row;
-  unsigned int count = 0;
-  unsigned int next = 0;
-  if (at == TCS_NO_TIMECODE ||
-      tcsGetClips(space, channel, at, at + 1, &row, 1, &count, &next) != TCS_OK || count == 0) {
-    return std::nullopt;
-  }
+  if (!host::ClipAt(space, channel, at, row)) return std::nullopt;
   return ViewOf(row);
 }
 

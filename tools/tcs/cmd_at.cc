@@ -4,6 +4,7 @@
 
 #include "channels.h"
 #include "clips.h"
+#include "each_clip.h"
 #include "cli.h"
 #include "json_writer.h"
 #include "table.h"
@@ -37,12 +38,8 @@ int RunAt(const Args& args) {
   std::vector<Answer> answers;
   for (const uint32_t channel : channels) {
     TCSCLIP row;
-    unsigned int count = 0;
-    unsigned int next = 0;
     uint32_t source = tcsTranslate(timeline.space(), 0, at, nullptr, channel);
-    if (source != TCS_NOT_FOUND &&
-        tcsGetClips(timeline.space(), channel, at, at + 1, &row, 1, &count, &next) == TCS_OK &&
-        count == 1) {
+    if (source != TCS_NOT_FOUND && host::ClipAt(timeline.space(), channel, at, row)) {
       // Where the clip plays its source at a speed of its own, the frame it plays.
       source = clsPlayedSource(row.info, source, timeline.rate().fps);
       answers.push_back({channel, ViewOf(row), source});

@@ -19,6 +19,7 @@
 #include "channels.h"
 #include "cli.h"
 #include "clips.h"
+#include "each_clip.h"
 #include "formats.h"
 #include "edl_writer.h"
 #ifdef TCS_TOOL_OTIO
@@ -214,20 +215,12 @@ std::optional<Playing> PlayingAt(CTimeCodeSpace* space, uint32_t channel, uint32
 void AddEdges(CTimeCodeSpace* space, std::vector<std::vector<uint32_t>>& edges) {
   ChannelMasks masks;
   if (tcsGetChannels(space, &masks.video, &masks.audio, &masks.aux) != TCS_OK) return;
-  TCSCLIP rows[256];
   for (const uint32_t channel : MaskChannels(masks)) {
-    unsigned int from = 0;
-    unsigned int count = 0;
-    do {
-      if (tcsGetClips(space, channel, from, TCS_NO_TIMECODE, rows, 256, &count, &from) != TCS_OK) {
-        break;
-      }
-      for (unsigned int i = 0; i < count; ++i) {
-        if (rows[i].length == 0) continue;
-        edges[channel].push_back(rows[i].start);
-        edges[channel].push_back(rows[i].start + rows[i].length - 1);
-      }
-    } while (from != TCS_NO_TIMECODE);
+    host::EachClip(space, channel, [&edges, channel](const TCSCLIP& row) {
+      if (row.length == 0) return;
+      edges[channel].push_back(row.start);
+      edges[channel].push_back(row.start + row.length - 1);
+    });
   }
 }
 
