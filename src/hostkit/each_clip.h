@@ -1,6 +1,6 @@
-// EachClip and ClipAt: every clip of one channel in start order, and the
-// clip at a frame, read through the listing entry points as a host reads a
-// space. Header
+// EachClip, ClipAt and TextsOf: every clip of one channel in start order,
+// the clip at a frame, and what a row's record carries, read through the
+// listing entry points as a host reads a space. Header
 // only, so that the interchange libraries use it without linking the host
 // kit. The caller holds no lock: a host's edit between two batches is seen
 // from the frame the listing resumes at.
@@ -8,6 +8,7 @@
 #define TCS_HOSTKIT_EACH_CLIP_H_
 
 #include <cstdint>
+#include <string_view>
 
 #include "tcs.h"
 
@@ -30,6 +31,31 @@ uint32_t EachClip(CTimeCodeSpace* space, uint32_t channel, Each&& each) {
     for (unsigned int i = 0; i < count; ++i) each(rows[i]);
   } while (from != TCS_NO_TIMECODE);
   return TCS_OK;
+}
+
+// What a listed row's record carries besides its timing: its texts (empty
+// where it has none, and for a row without a record) and the clip library's
+// speed. The texts are the record's own, valid while it stays in the space.
+struct RecordTexts {
+  std::string_view name;
+  std::string_view reel;
+  std::string_view comment;
+  std::string_view clipName;
+  bool hasSpeed = false;
+  int32_t speedMilliFps = 0;  // thousandths of a source frame a second
+  uint32_t speedEntry = 0;
+};
+
+inline RecordTexts TextsOf(const TCSCLIP& row) {
+  RecordTexts texts;
+  if (row.info == nullptr) return texts;
+  const auto view = [](const char* text) { return text != nullptr ? text : std::string_view(); };
+  texts.name = view(row.info->name);
+  texts.reel = view(row.info->reel);
+  texts.comment = view(row.info->comment);
+  texts.clipName = view(row.info->clipName);
+  texts.hasSpeed = clsGetClipSpeed(row.info, &texts.speedMilliFps, &texts.speedEntry) != 0;
+  return texts;
 }
 
 // The row of the clip that starts or plays at `at` (the first a listing

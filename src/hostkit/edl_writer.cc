@@ -13,8 +13,6 @@ namespace {
 
 constexpr uint32_t kChannels = 96;
 
-std::string_view View(const char* text) { return text != nullptr ? text : std::string_view(); }
-
 // One listed clip, its texts borrowed from the space (nothing edits it
 // while the text is built).
 struct Clip {
@@ -25,13 +23,7 @@ struct Clip {
   bool transition;
   uint32_t effectCode;
   uint32_t effectDuration;
-  bool hasSpeed;
-  int32_t speedMilliFps;
-  uint32_t speedEntry;
-  std::string_view reel;
-  std::string_view name;
-  std::string_view clipName;
-  std::string_view comment;
+  RecordTexts texts;
   uint32_t channel;
   // Into a transition: what plays before it on the channel (see Outgoing).
   uint32_t outgoingSource;
@@ -41,8 +33,8 @@ struct Clip {
   // Everything an event carries, in the order events are written.
   auto Key() const {
     return std::tie(start, length, sourceIn, sourceOut, transition, effectCode, effectDuration,
-                    hasSpeed, speedMilliFps, speedEntry, reel, name, clipName, comment,
-                    outgoingSource, outgoingReel, outgoingName);
+                    texts.hasSpeed, texts.speedMilliFps, texts.speedEntry, texts.reel, texts.name,
+                    texts.clipName, texts.comment, outgoingSource, outgoingReel, outgoingName);
   }
 };
 
@@ -61,13 +53,7 @@ Clip ClipOf(const TCSCLIP& row) {
   clip.transition = row.effectText[0] != '\0';
   clip.effectCode = row.effectCode;
   clip.effectDuration = row.effectDuration;
-  if (row.info != nullptr) {
-    clip.reel = View(row.info->reel);
-    clip.name = View(row.info->name);
-    clip.clipName = View(row.info->clipName);
-    clip.comment = View(row.info->comment);
-    clip.hasSpeed = clsGetClipSpeed(row.info, &clip.speedMilliFps, &clip.speedEntry) != 0;
-  }
+  clip.texts = TextsOf(row);
   return clip;
 }
 
@@ -104,8 +90,8 @@ void Outgoing(std::vector<Clip>& clips, size_t first) {
     const Clip* before = i > first ? &clips[i - 1] : nullptr;
     if (before != nullptr && uint64_t(before->start) + before->length == clip.start) {
       clip.outgoingSource = before->sourceOut;
-      clip.outgoingReel = before->reel;
-      clip.outgoingName = before->name;
+      clip.outgoingReel = before->texts.reel;
+      clip.outgoingName = before->texts.name;
     } else {
       clip.outgoingReel = "BL";
     }
@@ -136,12 +122,12 @@ cmx3600::Event EventOf(const Clip& clip) {
   event.transition = clip.transition;
   event.effectCode = clip.effectCode;
   event.effectDuration = clip.effectDuration;
-  event.hasSpeed = clip.hasSpeed;
-  event.speedMilliFps = clip.speedMilliFps;
-  event.speedEntry = clip.speedEntry;
-  event.reel = clip.reel;
-  event.name = clip.name;
-  event.clipName = clip.clipName;
+  event.hasSpeed = clip.texts.hasSpeed;
+  event.speedMilliFps = clip.texts.speedMilliFps;
+  event.speedEntry = clip.texts.speedEntry;
+  event.reel = clip.texts.reel;
+  event.name = clip.texts.name;
+  event.clipName = clip.texts.clipName;
   event.hasOutgoing = clip.transition;
   event.outgoingSource = clip.outgoingSource;
   event.outgoingReel = clip.outgoingReel;
@@ -181,7 +167,7 @@ uint32_t AppendSpaceEdl(CTimeCodeSpace* space, const EdlText& how, std::string& 
       AddChannel(event, clips[j].channel);
     }
     cmx3600::AppendEvent(out, event, ++number, how.rate);
-    cmx3600::AppendCommentLines(out, clips[i].comment);
+    cmx3600::AppendCommentLines(out, clips[i].texts.comment);
     i = j;
   }
   return TCS_OK;

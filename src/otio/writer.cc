@@ -43,16 +43,12 @@ std::string Text(const char* text) { return text != nullptr ? text : ""; }
 std::vector<Row> ChannelRows(CTimeCodeSpace* space, uint32_t channel) {
   std::vector<Row> rows;
   host::EachClip(space, channel, [&rows](const TCSCLIP& c) {
-    Row row{c.start, c.length, c.sourceIn, c.effectCode, c.effectDuration, Text(c.effectText),
-            "", "", "", ""};
-    if (c.info != nullptr) {
-      row.name = Text(c.info->name);
-      row.reel = Text(c.info->reel);
-      row.comment = Text(c.info->comment);
-      row.clipName = Text(c.info->clipName);
-      row.speed = clsGetClipSpeed(c.info, &row.milliFps, &row.speedEntry) != 0;
-    }
-    rows.push_back(std::move(row));
+    // Copies: the rows outlive this listing.
+    const host::RecordTexts t = host::TextsOf(c);
+    rows.push_back(Row{c.start, c.length, c.sourceIn, c.effectCode, c.effectDuration,
+                       Text(c.effectText), std::string(t.name), std::string(t.reel),
+                       std::string(t.comment), std::string(t.clipName), t.hasSpeed,
+                       t.speedMilliFps, t.speedEntry});
   });
   return rows;
 }

@@ -9,7 +9,6 @@
 namespace tcs_test {
 namespace {
 
-std::string Text(const char* text) { return text != nullptr ? text : ""; }
 char* Raw(const std::string& text) { return text.empty() ? nullptr : const_cast<char*>(text.c_str()); }
 
 }  // namespace
@@ -19,16 +18,11 @@ std::vector<ClipRow> AllClips(CTimeCodeSpace* space) {
   for (uint32_t channel = 0; channel < 96; ++channel) {
     const uint32_t status = tcs::host::EachClip(space, channel, [&out](const TCSCLIP& r) {
       const bool effect = r.effectText[0] != '\0';
-      ClipRow row{r.channel, r.start, r.length, r.sourceIn, effect ? r.effectCode : 0,
-                  effect ? r.effectDuration : 0, "", "", "", ""};
-      if (r.info != nullptr) {
-        row.name = Text(r.info->name);
-        row.reel = Text(r.info->reel);
-        row.comment = Text(r.info->comment);
-        row.clipName = Text(r.info->clipName);
-        row.speed = clsGetClipSpeed(r.info, &row.milliFps, &row.speedEntry) != 0;
-      }
-      out.push_back(row);
+      const tcs::host::RecordTexts t = tcs::host::TextsOf(r);
+      out.push_back(ClipRow{r.channel, r.start, r.length, r.sourceIn, effect ? r.effectCode : 0,
+                            effect ? r.effectDuration : 0, std::string(t.name),
+                            std::string(t.reel), std::string(t.comment), std::string(t.clipName),
+                            t.hasSpeed, t.speedMilliFps, t.speedEntry});
     });
     EXPECT_EQ(status, 0u);
   }
