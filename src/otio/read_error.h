@@ -13,11 +13,20 @@ namespace tcs::otio {
 
 class ReadError : public std::runtime_error {
  public:
+  // A refusal is one line: the names it quotes from the file may hold line
+  // breaks and other control characters, which become blanks.
   ReadError(Status status, const std::string& message)
-      : std::runtime_error(message), status_(status) {}
+      : std::runtime_error(OneLine(message)), status_(status) {}
   Status status() const { return status_; }
 
  private:
+  static std::string OneLine(std::string text) {
+    for (char& c : text) {
+      if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
+    }
+    return text;
+  }
+
   Status status_;
 };
 

@@ -90,6 +90,9 @@ TEST(OtioBadInput, EachFaultHasItsStatusAndALineThatNamesIt) {
   ExpectRefused(WithItem(ClipWith(kRt, "17")), Status::kBadValue, "not an object");
   ExpectRefused(WithItem(R"({"OTIO_SCHEMA": "Clip.2", "source_range": {"duration": null}})"),
                 Status::kBadValue, "needs a start_time and a duration");
+  // A name with a line break, quoted in the refusal, leaves it one line.
+  ExpectRefused(WithItem(R"({"OTIO_SCHEMA": "Clip.2", "name": "two\nlines", "source_range": {}})"),
+                Status::kBadValue, "two lines: source_range needs");
   ExpectRefused(WithItem(R"({"OTIO_SCHEMA": "Transition.1", "in_offset": )" + Time("24", "-1") + "}"),
                 Status::kBadValue, "negative offset");
   ExpectRefused(WithItem(R"({"OTIO_SCHEMA": "Track.1", "children": 5})"), Status::kBadValue,
