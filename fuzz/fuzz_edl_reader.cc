@@ -1,10 +1,11 @@
 // Arbitrary bytes as an EDL, read from memory into a space through the
-// translator's reader, tolerantly or strictly. Whatever the reader made of them is then exported, the export read
-// back into a second space and exported again: what the library writes must
-// read back without a complaint, and the second export must give the same
-// events as the first. The host kit's writer of the whole space must read
-// back, warning of nothing, into the same clips on every channel.
-// The checks of FuzzHost run on the spaces after every call.
+// translator's reader, tolerantly or strictly. Whatever the reader made of
+// them is then exported, the export read back into a second space and
+// exported again: what the library writes must read back without a
+// complaint, and, where no clip lies over the next, the second export must
+// give the same events as the first. The host kit's writer of the whole
+// space must read back, warning of nothing, into the same clips on every
+// channel. The checks of FuzzHost run on the spaces after every call.
 #include <cctype>
 #include <cstdint>
 #include <cstdio>
@@ -69,8 +70,10 @@ void NoWarning(void*, const EDLWARNING*) {
 using Carried = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t, std::string, bool, uint32_t,
                            uint32_t>;
 
-std::vector<Carried> Clips(CTimeCodeSpace* space) {
+// `overlapping`, when given, tells whether some clip lies over the next.
+std::vector<Carried> Clips(CTimeCodeSpace* space, bool* overlapping = nullptr) {
   std::vector<Carried> clips;
+  if (overlapping != nullptr) *overlapping = false;
   unsigned int masks[3];
   if (tcsGetChannels(space, &masks[0], &masks[1], &masks[2]) != 0) {
     FuzzHost::Broken("the channels could not be read");
@@ -88,7 +91,10 @@ std::vector<Carried> Clips(CTimeCodeSpace* space) {
       uint32_t& length = std::get<2>(listed[i]);
       if (i + 1 < listed.size()) {
         const uint64_t room = uint64_t(std::get<1>(listed[i + 1])) - std::get<1>(listed[i]);
-        if (room < length) length = uint32_t(room);
+        if (room < length) {
+          length = uint32_t(room);
+          if (overlapping != nullptr) *overlapping = true;
+        }
       }
       if (length != 0) clips.push_back(listed[i]);
     }
@@ -135,7 +141,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FuzzHost kit("kit.tl");
   edlReadText(kit.space, whole.data(), whole.size(), &same, &NoWarning, nullptr);
   kit.Check();
-  if (Clips(read.space) != Clips(kit.space)) {
+  bool overlapping = false;
+  if (Clips(read.space, &overlapping) != Clips(kit.space)) {
     FuzzHost::Broken("the host kit's writer, read back, changed the clips");
   }
 
@@ -148,7 +155,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     FuzzHost::Broken("the second export could not write its file");
   }
   back.Check();
-  if (WithoutTexts(Slurp(first)) != WithoutTexts(Slurp(second))) {
+  // The export writes every clip whole, and a reader lays a list's events
+  // one over the other as overwrites: a space holding a clip over the next
+  // cannot come back through it as it was. The edits leave such spaces, as
+  // an overwrite inside a clip of the exempt length (10692000 frames, which
+  // may run past the timeline's end) keeps a piece at the last start.
+  if (!overlapping && WithoutTexts(Slurp(first)) != WithoutTexts(Slurp(second))) {
     FuzzHost::Broken("export, read, export changed the events");
   }
   return 0;

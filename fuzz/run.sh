@@ -96,10 +96,10 @@ for harness in "${harnesses[@]}"; do
     # Each process writes fuzz-K.log into the current directory.
     rm -rf "$out/$harness.logs"
     mkdir -p "$out/$harness.logs"
+    # libFuzzer copies each process's log into its own output as it ends.
     (cd "$out/$harness.logs" && "$out/$harness" -jobs="$workers" -workers="$workers" \
        "${flags[@]}" "$out/corpus/$harness" "$root/fuzz/corpus/$harness") \
       >"$out/$harness.log" 2>&1 || status=$?
-    for log in "$out/$harness.logs"/fuzz-*.log; do cat "$log"; done >>"$out/$harness.log"
   fi
   grep -E '^(stat::|Done|INFO: Running with|==[0-9]+==ERROR|SUMMARY)' "$out/$harness.log" || true
   if [ "$workers" -gt 1 ]; then
