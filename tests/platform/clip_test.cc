@@ -57,10 +57,11 @@ TEST(Clip, ACopyOwnsItsStringsAndANullRecordClearsAllButTheListFields) {
   copy.next = &neighbour;
   copy.SetClip(static_cast<const CClip*>(nullptr));
   EXPECT_EQ(copy.next, &neighbour);
-  EXPECT_EQ(copy.name, nullptr);
-  EXPECT_EQ(copy.reel, nullptr);
-  EXPECT_EQ(copy.comment, nullptr);
-  EXPECT_EQ(copy.clipName, nullptr);
+  // The packed text pointers are read by value, never bound to a reference.
+  EXPECT_TRUE(copy.name == nullptr);
+  EXPECT_TRUE(copy.reel == nullptr);
+  EXPECT_TRUE(copy.comment == nullptr);
+  EXPECT_TRUE(copy.clipName == nullptr);
   EXPECT_STREQ(copy.effectText, "");
   EXPECT_EQ(copy.start + copy.length + copy.effectCode + copy.effectDuration, 0u);
   EXPECT_EQ(copy.sourceIn + copy.sourceOut + copy.videoMask + copy.channel, 0u);
