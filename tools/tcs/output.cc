@@ -9,6 +9,7 @@
 #include <iostream>
 
 #include "cli.h"
+#include "edl_file.h"
 #include "tcs.h"
 #include "timeline.h"
 
@@ -27,13 +28,6 @@ bool WriteFile(const std::string& path, const std::string& text) {
   file.write(text.data(), std::streamsize(text.size()));
   file.close();
   return static_cast<bool>(file);
-}
-
-bool ReadFile(const std::string& path, std::string& text) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) return false;
-  text.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-  return !file.bad();
 }
 
 // How many backups `path` has, as the library counts them.
@@ -56,7 +50,7 @@ std::string KeepBackup(const std::string& path) {
   }
   const std::string backup = BackupName(path, 0);
   std::string old;
-  if (!ReadFile(path, old)) Fail("cannot keep a backup of " + path + ": " + std::strerror(errno));
+  if (!host::LoadFile(path, old)) Fail("cannot keep a backup of " + path + ": " + std::strerror(errno));
   WriteAtomically(backup, [&](const std::string& temporary) { return WriteFile(temporary, old); });
   return backup;
 }
