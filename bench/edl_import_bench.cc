@@ -266,6 +266,7 @@ void BM_ImportMixedTracks(benchmark::State& state) {
   // First, with the heaps of earlier benchmarks given back: the two
   // processes share the machine's memory.
   malloc_trim(0);
+  clsTrimRecordSlabs();
   const ColdRead cold = ReadCold(list.path);
   CTimeCodeSpace* first = tcsOpen(nullptr, nullptr, nullptr);
   edlReadFile(first, list.path.c_str(), nullptr);

@@ -12,6 +12,7 @@
 #include "platform/vsync.h"
 #include "record/clip_info.h"
 #include "platform/clip_speed.h"
+#include "platform/clip_slab.h"
 #include "space/clip_callback.h"
 #include "space/space_api.h"
 #include "record/tcs_clip.h"

@@ -33,7 +33,11 @@ char* Replaced(char* old, const char* text, size_t max) {
 
 }  // namespace
 
-CClip::CClip() : CTCRange(), CLIPINFO() {}
+// The description is cleared in the body: a virtual base is built by the
+// most derived class, so in a host's class derived from this one the
+// initialiser CLIPINFO() would not run and the text pointers would be
+// whatever the memory held.
+CClip::CClip() : CTCRange() { static_cast<CLIPINFO&>(*this) = CLIPINFO(); }
 
 CClip::~CClip() {
   std::free(clipName);

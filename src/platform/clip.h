@@ -46,6 +46,11 @@ class TCS_EXPORT CClip : public virtual CTCRange, public virtual CLIPINFO {
   void SetComment(const char* text);
   void SetClipName(const char* text);  // at most kClipNameMax characters kept
 
+  // Records of this class live in the clip slabs (clip_slab.h says why;
+  // clip_slab.cc defines both).
+  static void* operator new(size_t size);
+  static void operator delete(void* record, size_t size) noexcept;
+
   uint64_t hostTag = 0;  // attached by the EDL translator; never interpreted
   uint32_t channel = 0;  // 0..95 for a listed record
   CTimeCodeSpace* owner = nullptr;  // the space listing the record, or null
