@@ -42,6 +42,9 @@ struct Event {
   std::string_view clipName;  // the short clip name of this codec's own note
   std::string_view comment;   // lines joined by '\n'
   bool hasComment = false;    // a comment was given, perhaps empty
+  // Bit n: line n of the comment stood as a note of its own ("* text"),
+  // not under the COMMENT: label (lines past the 32nd: under the label).
+  uint32_t bareNotes = 0;
   // The outgoing source of a two-line transition: the cut of no length at
   // the record in that comes before the transition line.
   bool hasOutgoing = false;

@@ -201,6 +201,7 @@ bool EventReader::OnEvent(std::string_view text) {
     std::string comment;
     comment.swap(p.comment);
     const bool has_comment = p.hasComment;
+    const uint32_t comment_lines = p.commentLines, bare_notes = p.bareNotes;
     std::string outgoing = p.hasTo ? p.toName : p.fromName;
     std::string outgoing_reel = p.reel;
     const uint32_t outgoing_source = p.times[0];
@@ -209,6 +210,8 @@ bool EventReader::OnEvent(std::string_view text) {
     p.outgoingSource = outgoing_source;
     p.comment.swap(comment);
     p.hasComment = has_comment;
+    p.commentLines = comment_lines;
+    p.bareNotes = bare_notes;
     p.outgoingName = std::move(outgoing);
     p.pair = true;
     return true;
@@ -255,6 +258,8 @@ void EventReader::Start(Pending& p, const EventFields& fields, const uint32_t (&
   p.outgoingSource = 0;
   p.ownName.clear();
   p.comment.clear();
+  p.commentLines = 0;
+  p.bareNotes = 0;
   p.clipName.clear();
 }
 
@@ -366,10 +371,10 @@ void EventReader::OnNote(std::string_view body) {
         key_.toName.assign(value);
         key_.hasTo = true;
       }
-      AppendComment(body);
+      AppendComment(body, true);
       break;
     case NoteLabel::kComment:
-      AppendComment(value);
+      AppendComment(value, false);
       break;
     case NoteLabel::kOwnTracks:
       for (size_t i = 0; i < value.size();) {
@@ -410,7 +415,7 @@ void EventReader::OnNote(std::string_view body) {
     }
     case NoteLabel::kOther:
       // A bare '*' is a separator some tools draw, not a line of text.
-      if (!body.empty()) AppendComment(body);
+      if (!body.empty()) AppendComment(body, true);
       break;
     case NoteLabel::kOwnAux:
       if (!ParseAuxNote(value, p.aux)) {
@@ -422,11 +427,13 @@ void EventReader::OnNote(std::string_view body) {
   }
 }
 
-void EventReader::AppendComment(std::string_view text) {
+void EventReader::AppendComment(std::string_view text, bool bare) {
   Pending& p = pending_;
   if (p.hasComment) p.comment += '\n';
   p.comment.append(text);
   p.hasComment = true;
+  if (bare && p.commentLines < 32) p.bareNotes |= uint32_t{1} << p.commentLines;
+  ++p.commentLines;
 }
 
 void EventReader::EmitAll() {
@@ -466,6 +473,7 @@ void EventReader::Emit(Pending& p) {
   event.name = !p.ownName.empty() ? p.ownName : p.hasTo ? p.toName : p.fromName;
   event.comment = p.comment;
   event.hasComment = p.hasComment;
+  event.bareNotes = p.bareNotes;
   event.clipName = p.clipName;
   event.hasOutgoing = p.pair;
   event.outgoingSource = p.outgoingSource;

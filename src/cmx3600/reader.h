@@ -115,6 +115,8 @@ class EventReader {
     uint32_t outgoingSource = 0;
     std::string ownName;  // from a TCS NAME note; never empty when given
     std::string comment;
+    uint32_t commentLines = 0;
+    uint32_t bareNotes = 0;  // Event::bareNotes
     std::string clipName;
   };
 
@@ -128,7 +130,8 @@ class EventReader {
   enum class Counted { kRead, kSkip, kStop };
   Counted Count(const EventFields& fields, uint32_t (&times)[4]);
   void Start(Pending& p, const EventFields& fields, const uint32_t (&times)[4]);
-  void AppendComment(std::string_view text);
+  // `bare`: the line stood as a note of its own, not under COMMENT:.
+  void AppendComment(std::string_view text, bool bare);
   void EmitAll();
   void Emit(Pending& p);
   void CheckOverlap(const Event& event);

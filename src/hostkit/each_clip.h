@@ -44,6 +44,7 @@ struct RecordTexts {
   bool hasSpeed = false;
   int32_t speedMilliFps = 0;  // thousandths of a source frame a second
   uint32_t speedEntry = 0;
+  uint32_t bareNotes = 0;  // clsGetBareNotes: the comment's lines written bare
 };
 
 inline RecordTexts TextsOf(const TCSCLIP& row) {
@@ -55,6 +56,7 @@ inline RecordTexts TextsOf(const TCSCLIP& row) {
   texts.comment = view(row.info->comment);
   texts.clipName = view(row.info->clipName);
   texts.hasSpeed = clsGetClipSpeed(row.info, &texts.speedMilliFps, &texts.speedEntry) != 0;
+  texts.bareNotes = clsGetBareNotes(row.info);
   return texts;
 }
 

@@ -167,7 +167,7 @@ uint32_t AppendSpaceEdl(CTimeCodeSpace* space, const EdlText& how, std::string& 
       AddChannel(event, clips[j].channel);
     }
     cmx3600::AppendEvent(out, event, ++number, how.rate);
-    cmx3600::AppendCommentLines(out, clips[i].texts.comment);
+    cmx3600::AppendCommentLines(out, clips[i].texts.comment, clips[i].texts.bareNotes);
     i = j;
   }
   return TCS_OK;

@@ -5,6 +5,8 @@
 #include <memory>
 #include <new>
 
+#include "platform/clip_notes.h"
+
 namespace {
 
 // A heap copy of at most `max` characters of text; null for a null or empty
@@ -113,7 +115,10 @@ void CClip::GetString(char* buffer, const char* text, unsigned long size) {
 
 void CClip::SetName(const char* text) { name = Replaced(name, text, kNoLimit); }
 void CClip::SetReel(const char* text) { reel = Replaced(reel, text, kNoLimit); }
-void CClip::SetComment(const char* text) { comment = Replaced(comment, text, kNoLimit); }
+void CClip::SetComment(const char* text) {
+  comment = Replaced(comment, text, kNoLimit);
+  clsSetBareNotes(this, 0);
+}
 void CClip::SetClipName(const char* text) { clipName = Replaced(clipName, text, kClipNameMax); }
 
 extern "C" unsigned int findChannel(unsigned int mask, unsigned int* rest, unsigned int base) {

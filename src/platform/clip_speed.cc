@@ -2,26 +2,21 @@
 
 #include <cstring>
 
+#include "platform/lib_bytes.h"
+
 namespace {
 
+using tcs::platform::GetU32;
+using tcs::platform::PutU32;
+
 constexpr uint8_t kSpeedSet = 1;
-
-void Put(uint8_t* at, uint32_t value) {
-  for (int i = 0; i < 4; ++i) at[i] = uint8_t(value >> (8 * i));
-}
-
-uint32_t Get(const uint8_t* at) {
-  uint32_t value = 0;
-  for (int i = 0; i < 4; ++i) value |= uint32_t(at[i]) << (8 * i);
-  return value;
-}
 
 }  // namespace
 
 extern "C" void clsSetClipSpeed(CLIPINFO* clip, int32_t milliFps, uint32_t entry) {
   if (clip == nullptr) return;
-  Put(clip->libReserved, uint32_t(milliFps));
-  Put(clip->libReserved + 4, entry);
+  PutU32(clip->libReserved, uint32_t(milliFps));
+  PutU32(clip->libReserved + 4, entry);
   clip->libTrailer[0] = kSpeedSet;
 }
 
@@ -40,7 +35,7 @@ extern "C" uint32_t clsPlayedSource(const CLIPINFO* clip, uint32_t source, uint3
 
 extern "C" int clsGetClipSpeed(const CLIPINFO* clip, int32_t* milliFps, uint32_t* entry) {
   if (clip == nullptr || clip->libTrailer[0] != kSpeedSet) return 0;
-  if (milliFps != nullptr) *milliFps = int32_t(Get(clip->libReserved));
-  if (entry != nullptr) *entry = Get(clip->libReserved + 4);
+  if (milliFps != nullptr) *milliFps = int32_t(GetU32(clip->libReserved));
+  if (entry != nullptr) *entry = GetU32(clip->libReserved + 4);
   return 1;
 }

@@ -1,7 +1,8 @@
 /* The speed a clip plays its source at, as the stand-in clip library keeps
  * it in its own bytes of CLIPINFO (libReserved: the speed in thousandths of a
  * source frame per second, then the source frame it starts from, both
- * little-endian 32-bit; libTrailer[0]: 1 while a speed is set). The space
+ * little-endian 32-bit; libTrailer[0]: 1 while a speed is set; lib_bytes.h
+ * lists every use of those bytes). The space
  * copies those bytes with the record, through every edit; a clip without a
  * speed plays its source at the timeline's rate. The EDL translator sets it
  * from an M2 line. Plain C; each call touches only the record it is given. */

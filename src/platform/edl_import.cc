@@ -5,6 +5,7 @@
 
 #include "cmx3600/reader.h"
 #include "platform/clip.h"
+#include "platform/clip_notes.h"
 #include "platform/clip_speed.h"
 #include "platform/edl_rate.h"
 #include "platform/errlog.h"
@@ -110,6 +111,7 @@ void OnEvent(void* context, const cmx3600::Event& event) {
   }
   line.clip.reel = Text(event.reel);
   line.clip.comment = event.hasComment ? const_cast<char*>(event.comment.data()) : nullptr;
+  clsSetBareNotes(&line.clip, event.bareNotes);
   line.clip.clipName = Text(event.clipName);
   line.unused80 = event.number;
   line.recordIn = event.recordIn;

@@ -291,9 +291,10 @@ TEST(EdlWriter, JoinsOnlyClipsThatAgreeInEverything) {
   ExpectRoundTrip(space, rate, "same source");
 }
 
-// Notes the reader keeps as comment lines go back as they were written,
-// not as COMMENT: lines; a comment line that would read as something else
-// (a name, a note of the codec's own) stays a COMMENT: line.
+// Notes the reader keeps as comment lines go back as they were written:
+// bare remarks bare and COMMENT: lines under their label, in their order;
+// a comment line that would read as something else (a name, a note of the
+// codec's own) stays a COMMENT: line.
 TEST(EdlWriter, NotesGoBackAsTheyWere) {
   const FrameRate rate{24, false};
   const std::string list =
@@ -303,15 +304,23 @@ TEST(EdlWriter, NotesGoBackAsTheyWere) {
       "* LOC: 00:00:01:00 RED marker\r\n"
       "* COMMENT: FROM CLIP NAME: not a name\r\n"
       "* COMMENT: plain words\r\n"
-      "* COMMENT: TCS REEL: not a reel\r\n";
+      "* COMMENT: TCS REEL: not a reel\r\n"
+      "* A BARE REMARK THAT A TOOL WRAPPED OVER\r\n"
+      "* TWO LINES\r\n"
+      "* COMMENT: labelled again\r\n";
   Space space;
   space.Read(list, rate);
   const std::string text = space.Written(rate);
-  for (const char* line : {"* SOURCE FILE: /media/r1.mov\r\n", "* LOC: 00:00:01:00 RED marker\r\n",
-                           "* COMMENT: FROM CLIP NAME: not a name\r\n",
-                           "* COMMENT: plain words\r\n", "* COMMENT: TCS REEL: not a reel\r\n"}) {
-    EXPECT_NE(text.find(line), std::string::npos) << line << " in\n" << text;
-  }
+  const std::string notes = text.substr(text.find("* SOURCE FILE"));
+  EXPECT_EQ(notes,
+            "* SOURCE FILE: /media/r1.mov\r\n"
+            "* LOC: 00:00:01:00 RED marker\r\n"
+            "* COMMENT: FROM CLIP NAME: not a name\r\n"
+            "* COMMENT: plain words\r\n"
+            "* COMMENT: TCS REEL: not a reel\r\n"
+            "* A BARE REMARK THAT A TOOL WRAPPED OVER\r\n"
+            "* TWO LINES\r\n"
+            "* COMMENT: labelled again\r\n");
   ExpectRoundTrip(space, rate, "notes");
 }
 

@@ -11,6 +11,7 @@
 
 #include "platform/clip.h"
 #include "platform/clip_slab.h"
+#include "platform/clip_notes.h"
 #include "platform/clip_speed.h"
 
 namespace {
@@ -34,6 +35,7 @@ TEST(Clip, ACopyOwnsItsStringsAndANullRecordClearsAllButTheListFields) {
   char text[] = "Dissolve";
   from.SetEffect(0, text, 25);
   clsSetClipSpeed(&from, -25000, 990);
+  clsSetBareNotes(&from, 5);
 
   CClip copy;
   copy.SetClip(&from);
@@ -56,6 +58,12 @@ TEST(Clip, ACopyOwnsItsStringsAndANullRecordClearsAllButTheListFields) {
   ASSERT_EQ(clsGetClipSpeed(&copy, &speed, &entry), 1);
   EXPECT_EQ(speed, -25000);
   EXPECT_EQ(entry, 990u);
+  EXPECT_EQ(clsGetBareNotes(&copy), 5u);
+  // A comment set again has its notes under the label: the forms were the
+  // old comment's.
+  copy.SetComment("new words");
+  EXPECT_EQ(clsGetBareNotes(&copy), 0u);
+  ASSERT_EQ(clsGetClipSpeed(&copy, &speed, &entry), 1);
 
   // The list fields belong to the space that lists the record.
   CClip neighbour;
