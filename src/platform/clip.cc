@@ -39,7 +39,10 @@ char* Replaced(char* old, const char* text, size_t max) {
 // most derived class, so in a host's class derived from this one the
 // initialiser CLIPINFO() would not run and the text pointers would be
 // whatever the memory held.
-CClip::CClip() : CTCRange() { static_cast<CLIPINFO&>(*this) = CLIPINFO(); }
+CClip::CClip() : CTCRange(CTCRange::TextUnset{}) {
+  effectText[0] = '\0';
+  static_cast<CLIPINFO&>(*this) = CLIPINFO();
+}
 
 CClip::~CClip() {
   std::free(clipName);
@@ -72,7 +75,13 @@ void CClip::SetClip(const CClip* other) {
     ClearClip();
     return;
   }
-  static_cast<CTCRange&>(*this) = static_cast<const CTCRange&>(*other);
+  start = other->start;
+  length = other->length;
+  effectCode = other->effectCode;
+  effectDuration = other->effectDuration;
+  const size_t used = strnlen(other->effectText, kEffectTextSize - 1);
+  std::memcpy(effectText, other->effectText, used);
+  effectText[used] = '\0';
   SetClip(static_cast<const CLIPINFO*>(other));
   hostTag = other->hostTag;
   channel = other->channel;

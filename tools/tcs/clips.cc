@@ -31,6 +31,7 @@ std::vector<ChannelView> ChannelsOf(CTimeCodeSpace* space) {
   if (tcsGetChannels(space, &masks.video, &masks.audio, &masks.aux) != TCS_OK) return channels;
   for (const uint32_t channel : MaskChannels(masks)) {
     ChannelView view{channel, {}};
+    if (unsigned int count = 0; tcsGetClipCount(space, channel, &count) == TCS_OK) view.clips.reserve(count);
     host::EachClip(space, channel, [&view](const TCSCLIP& row) { view.clips.push_back(ViewOf(row)); });
     channels.push_back(std::move(view));
   }
