@@ -174,7 +174,7 @@ void* CClip::operator new(size_t size) {
 void CClip::operator delete(void* record, size_t size) noexcept {
   if (record == nullptr) return;
   if (!tcs::platform::FromSlabs(size)) {
-    ::operator delete(record, size);
+    ::operator delete(record);
     return;
   }
   tcs::platform::slabs.Give(record);
