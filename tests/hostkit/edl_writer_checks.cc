@@ -297,9 +297,7 @@ TEST(EdlWriter, JoinsOnlyClipsThatAgreeInEverything) {
 // codec's own) stays a COMMENT: line.
 TEST(EdlWriter, NotesGoBackAsTheyWere) {
   const FrameRate rate{24, false};
-  const std::string list =
-      "TITLE: Notes\r\n"
-      "001  R1       V     C        01:00:00:00 01:00:04:00 00:00:00:00 00:00:04:00\r\n"
+  const std::string notes =
       "* SOURCE FILE: /media/r1.mov\r\n"
       "* LOC: 00:00:01:00 RED marker\r\n"
       "* COMMENT: FROM CLIP NAME: not a name\r\n"
@@ -309,18 +307,12 @@ TEST(EdlWriter, NotesGoBackAsTheyWere) {
       "* TWO LINES\r\n"
       "* COMMENT: labelled again\r\n";
   Space space;
-  space.Read(list, rate);
+  space.Read("TITLE: Notes\r\n"
+             "001  R1       V     C        01:00:00:00 01:00:04:00 00:00:00:00 00:00:04:00\r\n" +
+                 notes,
+             rate);
   const std::string text = space.Written(rate);
-  const std::string notes = text.substr(text.find("* SOURCE FILE"));
-  EXPECT_EQ(notes,
-            "* SOURCE FILE: /media/r1.mov\r\n"
-            "* LOC: 00:00:01:00 RED marker\r\n"
-            "* COMMENT: FROM CLIP NAME: not a name\r\n"
-            "* COMMENT: plain words\r\n"
-            "* COMMENT: TCS REEL: not a reel\r\n"
-            "* A BARE REMARK THAT A TOOL WRAPPED OVER\r\n"
-            "* TWO LINES\r\n"
-            "* COMMENT: labelled again\r\n");
+  EXPECT_EQ(text.substr(text.find("* SOURCE FILE")), notes);
   ExpectRoundTrip(space, rate, "notes");
 }
 
