@@ -63,6 +63,8 @@ TEST(Clip, ACopyOwnsItsStringsAndANullRecordClearsAllButTheListFields) {
   // old comment's.
   copy.SetComment("new words");
   EXPECT_EQ(clsGetBareNotes(&copy), 0u);
+  clsSetBareNotes(nullptr, 1);
+  EXPECT_EQ(clsGetBareNotes(nullptr), 0u);
   ASSERT_EQ(clsGetClipSpeed(&copy, &speed, &entry), 1);
 
   // The list fields belong to the space that lists the record.
