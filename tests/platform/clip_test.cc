@@ -133,3 +133,26 @@ TEST(ClipSlabs, LiveRecordsNeverShareMemoryAndEmptySlabsGoBack) {
   clsTrimRecordSlabs();
   EXPECT_EQ(clsRecordSlabs(), held == 0 ? 0u : 1u);
 }
+
+// Stepping through a mask with findChannel gives its set bits lowest
+// first, each plus the base, then 0xFFFFFFFF with nothing left.
+TEST(Clip, FindChannelStepsThroughAMaskLowestBitFirst) {
+  std::mt19937 random(3);
+  for (int round = 0; round < 200; ++round) {
+    const unsigned int mask = round == 0 ? 0u : round == 1 ? 0x80000001u : unsigned(random());
+    const unsigned int base = 32u * unsigned(round % 3);
+    std::vector<unsigned int> expected;
+    for (unsigned int bit = 0; bit < 32; ++bit) {
+      if ((mask >> bit & 1u) != 0) expected.push_back(base + bit);
+    }
+    std::vector<unsigned int> found;
+    unsigned int rest = mask;
+    for (unsigned int channel; (channel = findChannel(rest, &rest, base)) != 0xFFFFFFFFu;) {
+      ASSERT_LE(found.size(), 32u);
+      found.push_back(channel);
+    }
+    EXPECT_EQ(found, expected) << std::hex << mask;
+    EXPECT_EQ(rest, 0u);
+  }
+  EXPECT_EQ(findChannel(6u, nullptr, 0u), 1u);
+}
