@@ -160,6 +160,10 @@ int Main(int argc, char** argv) {
 }  // namespace tcs::cli
 
 int main(int argc, char** argv) {
+  // Every command writes its output through std::cout alone: unsynchronised
+  // with stdio, it is buffered as a file stream (the help, written with
+  // printf, never shares a run with it).
+  std::ios::sync_with_stdio(false);
   try {
     return tcs::cli::Main(argc, argv);
   } catch (const std::exception& error) {
