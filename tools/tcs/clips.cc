@@ -25,16 +25,22 @@ ClipView ViewOf(const TCSCLIP& row) {
   return clip;
 }
 
-std::vector<ChannelView> ChannelsOf(CTimeCodeSpace* space) {
+void ForEachChannel(CTimeCodeSpace* space, const std::function<void(const ChannelView&)>& each) {
   ChannelMasks masks;
-  std::vector<ChannelView> channels;
-  if (tcsGetChannels(space, &masks.video, &masks.audio, &masks.aux) != TCS_OK) return channels;
+  if (tcsGetChannels(space, &masks.video, &masks.audio, &masks.aux) != TCS_OK) return;
+  ChannelView view;
   for (const uint32_t channel : MaskChannels(masks)) {
-    ChannelView view{channel, {}};
+    view.channel = channel;
+    view.clips.clear();
     if (unsigned int count = 0; tcsGetClipCount(space, channel, &count) == TCS_OK) view.clips.reserve(count);
     host::EachClip(space, channel, [&view](const TCSCLIP& row) { view.clips.push_back(ViewOf(row)); });
-    channels.push_back(std::move(view));
+    each(view);
   }
+}
+
+std::vector<ChannelView> ChannelsOf(CTimeCodeSpace* space) {
+  std::vector<ChannelView> channels;
+  ForEachChannel(space, [&channels](const ChannelView& view) { channels.push_back(view); });
   return channels;
 }
 

@@ -6,6 +6,7 @@
 #define TCS_TOOLS_TCS_CLIPS_H_
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -34,6 +35,9 @@ struct ChannelView {
 };
 
 ClipView ViewOf(const TCSCLIP& row);
+// Calls each(const ChannelView&) for every channel that holds a clip, in
+// channel order, one channel in memory at a time.
+void ForEachChannel(CTimeCodeSpace* space, const std::function<void(const ChannelView&)>& each);
 // Every channel that holds a clip, in channel order.
 std::vector<ChannelView> ChannelsOf(CTimeCodeSpace* space);
 // The clip playing at `at` on `channel`, if any.

@@ -12,30 +12,28 @@
 namespace tcs::cli {
 namespace {
 
+// Summed channel by channel, as the channels are read.
 struct Totals {
+  void Add(const ChannelView& channel) {
+    ++channels;
+    for (const ClipView& clip : channel.clips) {
+      first = clips == 0 ? clip.recordIn : std::min(first, clip.recordIn);
+      end = std::max(end, clip.recordOut);
+      ++clips;
+    }
+  }
+  size_t channels = 0;
   size_t clips = 0;
   uint32_t first = 0;  // first record frame, 0 when there are no clips
   uint32_t end = 0;    // one past the last
 };
 
-Totals TotalsOf(const std::vector<ChannelView>& channels) {
-  Totals totals;
-  bool any = false;
-  for (const ChannelView& channel : channels) {
-    totals.clips += channel.clips.size();
-    for (const ClipView& clip : channel.clips) {
-      totals.first = any ? std::min(totals.first, clip.recordIn) : clip.recordIn;
-      totals.end = any ? std::max(totals.end, clip.recordOut) : clip.recordOut;
-      any = true;
-    }
-  }
-  return totals;
-}
-
-void PrintText(const Timeline& timeline, const std::vector<ChannelView>& channels) {
+void PrintText(const Timeline& timeline) {
   std::cout << timeline.path() << "  (" << timecode::FrameRateText(timeline.rate()) << ", from "
             << timeline.rateReason() << ")\n";
-  for (const ChannelView& channel : channels) {
+  Totals totals;
+  ForEachChannel(timeline.space(), [&](const ChannelView& channel) {
+    totals.Add(channel);
     std::cout << "\nchannel " << ChannelName(channel.channel) << " (" << channel.channel
               << "): " << channel.clips.size() << (channel.clips.size() == 1 ? " clip" : " clips")
               << '\n';
@@ -45,6 +43,7 @@ void PrintText(const Timeline& timeline, const std::vector<ChannelView>& channel
     std::vector<TableRow> rows = {
         {"record in", "record out", "source in", "source out", "transition", "reel", "name"}};
     if (speeds) rows[0].insert(rows[0].begin() + 5, "speed");
+    rows.reserve(channel.clips.size() + 1);
     for (const ClipView& clip : channel.clips) {
       rows.push_back({timeline.Tc(clip.recordIn), timeline.Tc(clip.recordOut),
                       timeline.Tc(clip.sourceIn), timeline.Tc(clip.sourceOut),
@@ -52,10 +51,9 @@ void PrintText(const Timeline& timeline, const std::vector<ChannelView>& channel
       if (speeds) rows.back().insert(rows.back().begin() + 5, clip.speed.empty() ? "-" : clip.speed);
     }
     PrintTable(std::cout, rows, "  ");
-  }
-  const Totals totals = TotalsOf(channels);
+  });
   std::cout << "\ntotal: " << totals.clips << (totals.clips == 1 ? " clip" : " clips") << " on "
-            << channels.size() << (channels.size() == 1 ? " channel" : " channels") << ", "
+            << totals.channels << (totals.channels == 1 ? " channel" : " channels") << ", "
             << timeline.Tc(totals.end - totals.first) << " from " << timeline.Tc(totals.first)
             << " to " << timeline.Tc(totals.end) << '\n';
 }
@@ -67,7 +65,7 @@ void TimecodeMember(JsonWriter& json, const Timeline& timeline, const char* key,
   json.Key(frameKey != nullptr ? std::string(frameKey) : std::string(key) + "Frame").Number(frames);
 }
 
-void PrintJson(const Timeline& timeline, const std::vector<ChannelView>& channels) {
+void PrintJson(const Timeline& timeline) {
   JsonWriter json(std::cout);
   json.BeginObject();
   json.Key("file").String(timeline.path());
@@ -77,7 +75,9 @@ void PrintJson(const Timeline& timeline, const std::vector<ChannelView>& channel
   json.Key("rateFrom").String(timeline.rateReason());
   json.Key("warnings").Number(timeline.warnings());
   json.Key("channels").BeginArray();
-  for (const ChannelView& channel : channels) {
+  Totals totals;
+  ForEachChannel(timeline.space(), [&](const ChannelView& channel) {
+    totals.Add(channel);
     json.BeginObject();
     json.Key("channel").Number(channel.channel);
     json.Key("name").String(ChannelName(channel.channel));
@@ -98,12 +98,11 @@ void PrintJson(const Timeline& timeline, const std::vector<ChannelView>& channel
     }
     json.EndArray();
     json.EndObject();
-  }
+  });
   json.EndArray();
-  const Totals totals = TotalsOf(channels);
   json.Key("totals").BeginObject();
   json.Key("clips").Number(totals.clips);
-  json.Key("channels").Number(channels.size());
+  json.Key("channels").Number(totals.channels);
   TimecodeMember(json, timeline, "start", totals.first);
   TimecodeMember(json, timeline, "end", totals.end);
   TimecodeMember(json, timeline, "duration", totals.end - totals.first, "durationFrames");
@@ -115,11 +114,10 @@ void PrintJson(const Timeline& timeline, const std::vector<ChannelView>& channel
 
 int RunInfo(const Args& args) {
   const Timeline timeline(args.positional()[0], args.FpsOverride(), args.ReadOptions());
-  const std::vector<ChannelView> channels = ChannelsOf(timeline.space());
   if (args.Has("--json")) {
-    PrintJson(timeline, channels);
+    PrintJson(timeline);
   } else {
-    PrintText(timeline, channels);
+    PrintText(timeline);
   }
   return 0;
 }
