@@ -1,5 +1,7 @@
 #include "clips.h"
 
+#include <utility>
+
 #include "channels.h"
 #include "each_clip.h"
 
@@ -25,22 +27,22 @@ ClipView ViewOf(const TCSCLIP& row) {
   return clip;
 }
 
-void ForEachChannel(CTimeCodeSpace* space, const std::function<void(const ChannelView&)>& each) {
+void ForEachChannel(CTimeCodeSpace* space, const std::function<void(ChannelView&&)>& each) {
   ChannelMasks masks;
   if (tcsGetChannels(space, &masks.video, &masks.audio, &masks.aux) != TCS_OK) return;
   ChannelView view;
   for (const uint32_t channel : MaskChannels(masks)) {
     view.channel = channel;
-    view.clips.clear();
+    view.clips.clear();  // also after `each` kept the last one
     if (unsigned int count = 0; tcsGetClipCount(space, channel, &count) == TCS_OK) view.clips.reserve(count);
     host::EachClip(space, channel, [&view](const TCSCLIP& row) { view.clips.push_back(ViewOf(row)); });
-    each(view);
+    each(std::move(view));
   }
 }
 
 std::vector<ChannelView> ChannelsOf(CTimeCodeSpace* space) {
   std::vector<ChannelView> channels;
-  ForEachChannel(space, [&channels](const ChannelView& view) { channels.push_back(view); });
+  ForEachChannel(space, [&channels](ChannelView&& view) { channels.push_back(std::move(view)); });
   return channels;
 }
 

@@ -35,9 +35,9 @@ struct ChannelView {
 };
 
 ClipView ViewOf(const TCSCLIP& row);
-// Calls each(const ChannelView&) for every channel that holds a clip, in
-// channel order, one channel in memory at a time.
-void ForEachChannel(CTimeCodeSpace* space, const std::function<void(const ChannelView&)>& each);
+// Calls each(ChannelView&&) for every channel that holds a clip, in channel
+// order, one channel in memory at a time; `each` may keep the view.
+void ForEachChannel(CTimeCodeSpace* space, const std::function<void(ChannelView&&)>& each);
 // Every channel that holds a clip, in channel order.
 std::vector<ChannelView> ChannelsOf(CTimeCodeSpace* space);
 // The clip playing at `at` on `channel`, if any.
