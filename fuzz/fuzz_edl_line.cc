@@ -2,8 +2,9 @@
 // through _tcsAddEdlLine with arbitrary bytes in every field, each of their
 // five text pointers null or pointing at one of a few short texts taken from
 // the input, and lines stepped back out through _tcsGetEdlLine, with records
-// deleted in between. The checks of FuzzHost run after every step: a line
-// handed in, a few stepped out, a deletion.
+// deleted in between. The checks of FuzzHost run after every step that may
+// change the space (a line handed in, a deletion) and at the input's end;
+// each line stepped out is checked on its own as it comes.
 //
 // Each line given back must name one channel and exactly the range of a play
 // clip there, carry its record's source in, keep its texts inside the
@@ -197,14 +198,15 @@ void WalkAll(FuzzHost& host) {
   FuzzHost::Broken("the lines did not end after every play clip");
 }
 
-void Step(FuzzHost& host, FuzzedDataProvider& in, std::vector<std::string>& texts) {
+// One step; true when it may have changed the space.
+bool Step(FuzzHost& host, FuzzedDataProvider& in, std::vector<std::string>& texts) {
   switch (in.ConsumeIntegralInRange<int>(0, 9)) {
     case 0:
     case 1:
     case 2:
     case 3:
       AddLine(host, in, texts);
-      break;
+      return true;
     case 4:
     case 5:
     case 6: {
@@ -214,21 +216,21 @@ void Step(FuzzHost& host, FuzzedDataProvider& in, std::vector<std::string>& text
         const bool restart = in.ConsumeIntegralInRange<int>(0, 7) == 0;
         GetLine(host, restart ? in.ConsumeIntegral<uint32_t>() : 0);
       }
-      break;
+      return false;
     }
     case 7:
-      if (host.space->lastClip != nullptr) {
-        host.space->DeleteClip(host.space->lastClip, in.ConsumeIntegral<uint32_t>());
-      }
-      break;
+      if (host.space->lastClip == nullptr) return false;
+      host.space->DeleteClip(host.space->lastClip, in.ConsumeIntegral<uint32_t>());
+      return true;
     case 8:
       host.pattern = in.ConsumeIntegral<uint32_t>();
       host.throw_every = in.ConsumeIntegralInRange<uint32_t>(0, 9);
-      break;
+      return false;
     default:
+      // Refused whatever it names: no line to read.
       _tcsAddEdlLine(in.ConsumeBool() ? nullptr : host.space, nullptr, 0);
+      return true;
   }
-  host.Check();
 }
 
 }  // namespace
@@ -237,7 +239,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FuzzedDataProvider in(data, size);
   std::vector<std::string> texts = TakeTexts(in);
   FuzzHost host(nullptr);
-  for (int steps = 0; steps < kSteps && in.remaining_bytes() > 0; ++steps) Step(host, in, texts);
+  for (int steps = 0; steps < kSteps && in.remaining_bytes() > 0; ++steps) {
+    if (Step(host, in, texts)) host.Check();
+  }
   WalkAll(host);
   return 0;
 }

@@ -1,6 +1,7 @@
 #include "edl/edl_line_cursor.h"
 
 #include <cstring>
+#include <iterator>
 
 #include "lookup/search_mode.h"
 #include "platform/clip.h"
@@ -68,11 +69,16 @@ void FillLine(EDLLINE& line, const CPlayClip& play_clip, uint32_t channel) {
 // Of the channels from c0 up whose play clip covers t, the one whose play
 // clip started earliest; equal starts go to the higher channel, met later.
 // A play clip that starts after t yields a value above t and never wins.
-uint32_t ScanChannels(CTimeCodeSpace& space, uint32_t t, uint32_t c0) {
+// The searches only compare: the chosen channel's play clip is copied out
+// once, by the caller.
+uint32_t ScanChannels(const CTimeCodeSpace& space, uint32_t t, uint32_t c0) {
   uint32_t best = t;
   uint32_t chosen = c0;
   for (uint32_t c = c0; c < kChannels; ++c) {
-    const uint32_t r = space.FindPlayClip(kCoverOrNextMode, t, space.currentPlayClip, c);
+    const CTCLookup* lookup = space.lookups[c];
+    if (lookup == nullptr) continue;
+    CTCLookup::Position at;
+    const uint32_t r = lookup->FindPlayClip(kCoverOrNextMode, t, at);
     if (r != kNotFound && r <= best) {
       best = r;
       chosen = c;
@@ -94,21 +100,29 @@ CTCLookup::Position FirstFrom(const CTCLookup& lookup, uint32_t t, bool strictly
 // over `skip`, copied into the scratch play clip. False when none is left.
 bool NextInLineOrder(CTimeCodeSpace& space, const LineKey* after, LineKey skip,
                      uint32_t& channel) {
-  SpaceLock hold(space);
   const CTCLookup* best_lookup = nullptr;
   CTCLookup::Position best;
+  // No line can start before this; a channel's line that starts on it is
+  // the one.
+  const uint32_t lowest = after == nullptr ? 0 : after->start;
   for (uint32_t c = 0; c < kChannels; ++c) {
-    const CTCLookup* lookup = space.LookupOf(c);
-    if (lookup == nullptr) continue;
+    const CTCLookup* lookup = space.lookups[c];
+    if (lookup == nullptr || lookup->empty()) continue;
     // Channels above the last line's continue at its start, the others after it.
+    const bool strictly_after = after != nullptr && c <= after->channel;
+    const CTCLookup::Position end = lookup->end();
+    const uint32_t last_start = std::prev(end)->start;
+    if (last_start < lowest || (strictly_after && last_start == lowest)) continue;  // played out
     CTCLookup::Position it = after == nullptr ? lookup->begin()
-                                              : FirstFrom(*lookup, after->start, c <= after->channel);
-    if (it != lookup->end() && c == skip.channel && it->start == skip.start) ++it;
+                                              : FirstFrom(*lookup, lowest, strictly_after);
+    if (it != end && c == skip.channel && it->start == skip.start) ++it;
     // Strictly earlier only: on equal starts the lower channel, met first, stays.
-    if (it != lookup->end() && (best_lookup == nullptr || it->start < best->start)) {
+    if (it != end && (best_lookup == nullptr || it->start < best->start)) {
       best_lookup = lookup;
       best = it;
       channel = c;
+      // Nothing later can start earlier.
+      if (best->start == lowest) break;
     }
   }
   if (best_lookup == nullptr) return false;
@@ -160,6 +174,7 @@ void GiveFirstLine(CTimeCodeSpace& space, EDLLINE& line) {
 }  // namespace
 
 void GetEdlLine(CTimeCodeSpace& space, EDLLINE& line, uint32_t first) {
+  SpaceLock hold(space);
   ClearLine(line);
   if (first != 0 || space.edlLineTime == kNotFound) {
     space.edlLineTime = 0;

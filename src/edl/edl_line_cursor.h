@@ -23,10 +23,11 @@
 // both 0x80000001 and no channel bit: the end. The cursor then holds the
 // not-found value, so the call after the end starts over.
 //
-// Thread safety: no lock of its own; each query holds the space's lock for
-// its own duration. The space's scratch play clip (currentPlayClip), shared
-// with the clip search, is read after that lock is released, so the host
-// asks for lines of one space from one thread, as it searches.
+// Thread safety: each call holds the space's lock throughout, so the cursor
+// and the space's scratch play clip (currentPlayClip) are read and written
+// under it. The scratch play clip is shared with the clip search, which may
+// overwrite it between two calls: the host asks for lines of one space from
+// one thread, as it searches.
 #ifndef TCS_EDL_EDL_LINE_CURSOR_H_
 #define TCS_EDL_EDL_LINE_CURSOR_H_
 

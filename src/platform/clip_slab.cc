@@ -55,20 +55,9 @@ void Reset(Slab* slab) {
   slab->bump = reinterpret_cast<char*>(slab) + kFirstSlot;
 }
 
-// Fills the pages of [begin, begin + bytes) in one call where the kernel
-// can: a fault for each page costs more than the filling. Pages already
-// there cost a look at the page table.
-void Populate(char* begin, size_t bytes) {
-#ifdef MADV_POPULATE_WRITE
-  madvise(begin, bytes, MADV_POPULATE_WRITE);
-#else
-  (void)begin;
-  (void)bytes;
-#endif
-}
-
 // A slab aligned to kSlabBytes: twice the size mapped, the ends given back.
-// Null when the kernel has no memory.
+// Its pages are filled in one call where the kernel can (a fault for each
+// page costs more than the filling). Null when the kernel has no memory.
 Slab* MapSlab() {
   void* mapped = mmap(nullptr, 2 * kSlabBytes, PROT_READ | PROT_WRITE,
                       MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -78,8 +67,10 @@ Slab* MapSlab() {
   if (aligned > base) munmap(mapped, aligned - base);
   const uintptr_t tail = aligned + kSlabBytes;
   if (base + 2 * kSlabBytes > tail) munmap(reinterpret_cast<void*>(tail), base + 2 * kSlabBytes - tail);
-  Populate(reinterpret_cast<char*>(aligned), kSlabBytes);
   auto* slab = reinterpret_cast<Slab*>(aligned);
+#ifdef MADV_POPULATE_WRITE
+  madvise(slab, kSlabBytes, MADV_POPULATE_WRITE);
+#endif
   Reset(slab);
   return slab;
 }
