@@ -75,7 +75,10 @@ shopt -s nullglob
 for source in src/{record,platform,cmx3600,timecode,lookup,space,command,edl,backup,otio,hostkit}/*.cc; do
   echo "$source $out/obj/$(echo "${source#src/}" | tr / _ | sed 's/\.cc$/.o/')"
 done | xargs -P "${FUZZ_JOBS:-2}" -n 2 bash -c 'compile "$0" "$1" $coverage'
-objects=$(ls "$out"/obj/*.o)
+# An archive, so that each harness links only the objects it calls: libFuzzer
+# reads every coverage counter linked in after each run.
+rm -f "$out/libtcs_fuzz.a"
+ar rcs "$out/libtcs_fuzz.a" "$out"/obj/*.o
 
 harnesses=("$@")
 if [ ${#harnesses[@]} -eq 0 ]; then
@@ -83,7 +86,7 @@ if [ ${#harnesses[@]} -eq 0 ]; then
 fi
 for harness in "${harnesses[@]}"; do
   compile "fuzz/$harness.cc" "$out/$harness.o" $coverage
-  "$cxx" $sanitize -fsanitize=fuzzer "$out/$harness.o" $objects -o "$out/$harness"
+  "$cxx" $sanitize -fsanitize=fuzzer "$out/$harness.o" "$out/libtcs_fuzz.a" -o "$out/$harness"
 done
 
 # The harnesses write their scratch files to $TMPDIR: memory when there is some.
@@ -98,7 +101,7 @@ max_len() {
   case "$1" in
     fuzz_edl_line) echo 1024 ;;    # a line handed in takes 188 bytes and more
     fuzz_edl_reader) echo 1024 ;;  # a dozen events
-    fuzz_setmode) echo 2048 ;;     # up to 32 calls
+    fuzz_setmode) echo 1024 ;;     # up to 32 calls
     *) echo 4096 ;;
   esac
 }
