@@ -227,7 +227,8 @@ bool Step(FuzzHost& host, FuzzedDataProvider& in, std::vector<std::string>& text
       host.throw_every = in.ConsumeIntegralInRange<uint32_t>(0, 9);
       return false;
     default:
-      // Refused whatever it names: no line to read.
+      // Refused whatever space it names (there is no line); the checks hold
+      // the space to that.
       _tcsAddEdlLine(in.ConsumeBool() ? nullptr : host.space, nullptr, 0);
       return true;
   }

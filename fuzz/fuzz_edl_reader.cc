@@ -8,8 +8,8 @@
 // channel. The checks of FuzzHost run on the spaces after every call.
 //
 // The spaces are bound to no file (every change of a bound space reads its
-// file's time, a third of a short input's run); the two exports are the
-// only files written, as the export writes only files.
+// file's time: a tenth of the harness's time); the two exports are the only
+// files written, as the export writes only files.
 #include <cctype>
 #include <cstdint>
 #include <cstdio>

@@ -1,6 +1,5 @@
 #include "platform/clip_speed.h"
 
-
 #include "platform/lib_bytes.h"
 
 namespace {
