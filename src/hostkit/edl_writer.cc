@@ -98,7 +98,28 @@ void Outgoing(std::vector<Clip>& clips, size_t first) {
   }
 }
 
-uint32_t ListAll(CTimeCodeSpace* space, std::vector<Clip>& clips) {
+// A list's M2 line names the source frame its speed enters at, and readers
+// play the event from its source in at that speed: they take the two as
+// one frame. A clip whose head was cut starts past its entry, its source in
+// counted at the timeline's rate. Where the frames cut make a whole number
+// of source frames at the clip's speed, it goes out from the source frame it
+// starts on, entering its speed there, which plays every frame as before.
+// Otherwise (half speed, one frame cut) no M2 line can spell where it
+// starts; it goes out as kept, the entry and the source in apart, which this
+// codec reads back as it was.
+void EnterSpeedAtHead(Clip& clip, uint32_t fps) {
+  RecordTexts& texts = clip.texts;
+  if (!texts.hasSpeed || clip.sourceIn == texts.speedEntry) return;
+  const int64_t scaled = (int64_t(clip.sourceIn) - texts.speedEntry) * texts.speedMilliFps;
+  const int64_t per = int64_t(fps) * 1000;
+  if (scaled % per != 0) return;
+  const int64_t first = texts.speedEntry + scaled / per;
+  if (first < 0 || first > int64_t(UINT32_MAX) - clip.length) return;
+  texts.speedEntry = clip.sourceIn = uint32_t(first);
+  clip.sourceOut = clip.sourceIn + clip.length;
+}
+
+uint32_t ListAll(CTimeCodeSpace* space, uint32_t fps, std::vector<Clip>& clips) {
   unsigned int masks[3] = {};
   uint32_t status = tcsGetChannels(space, &masks[0], &masks[1], &masks[2]);
   if (status != TCS_OK) return status;
@@ -108,6 +129,7 @@ uint32_t ListAll(CTimeCodeSpace* space, std::vector<Clip>& clips) {
     status = EachClip(space, channel, [&clips](const TCSCLIP& row) { clips.push_back(ClipOf(row)); });
     if (status != TCS_OK) return status;
     KeepPlayed(clips, first);
+    for (size_t i = first; i < clips.size(); ++i) EnterSpeedAtHead(clips[i], fps);
     Outgoing(clips, first);
   }
   return TCS_OK;
@@ -148,7 +170,7 @@ void AddChannel(cmx3600::Event& event, uint32_t channel) {
 
 uint32_t AppendSpaceEdl(CTimeCodeSpace* space, const EdlText& how, std::string& out) {
   std::vector<Clip> clips;
-  const uint32_t status = ListAll(space, clips);
+  const uint32_t status = ListAll(space, how.rate.fps, clips);
   if (status != TCS_OK) return status;
   // Channel by channel the rows come in record order: a stable sort by
   // what an event carries keeps equal clips in channel order.

@@ -6,7 +6,8 @@
 // export walk of tcsWriteEdl, nothing is passed over. Where a moved clip
 // lies over the next one on its channel, each is written with the frames it
 // plays (up to the next start), which is what reading the list back plays.
-// A speed the clip library keeps with a clip goes on an M2 line; aux
+// A speed the clip library keeps with a clip goes on an M2 line (entering at
+// the source frame the clip starts on, where an M2 line can say it); aux
 // channels on the codec's TCS AUX note. For hosts (C entry points only).
 //
 // Thread safety: each listing call takes the space's lock on its own, so no

@@ -3,6 +3,7 @@
 // tests/data/edl and over random spaces; the text it writes reads without a
 // warning; clips that differ in anything an event carries are never joined.
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -23,13 +24,17 @@ namespace {
 
 using tcs::timecode::FrameRate;
 
-// A clip as a list carries it.
-using Carried = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t, std::string, std::string,
-                           std::string, std::string, bool, uint32_t, uint32_t, int32_t, uint32_t>;
+// A clip as a list carries it: channel, start, length, the source frames it
+// plays (at its speed), texts, transition and speed. A speed clip cut at its
+// head may come back with its source in and speed entry moved together,
+// playing the same frames.
+using Carried = std::tuple<uint32_t, uint32_t, uint32_t, std::vector<uint32_t>, std::string,
+                           std::string, std::string, std::string, bool, uint32_t, uint32_t,
+                           int32_t>;
 
-// The speed of a clip as thousandths of a frame per second and its first
-// source frame; a clip without one says 1 frame per second in reverse, a
-// speed the random lists never give.
+// The speed of a clip as thousandths of a frame per second and its entry;
+// a clip without one says 1 frame per second in reverse, a speed the random
+// lists never give.
 std::pair<int32_t, uint32_t> SpeedOf(const CLIPINFO& info) {
   std::pair<int32_t, uint32_t> speed{-1000, 0};
   clsGetClipSpeed(&info, &speed.first, &speed.second);
@@ -49,6 +54,7 @@ class Space {
   CTimeCodeSpace* get() const { return space_; }
 
   void Read(const std::string& text, FrameRate rate) {
+    fps_ = rate.fps;
     EDLSETTINGS settings;
     edlInitSettings(&settings, rate.fps, rate.dropFrame ? 1 : 0);
     ASSERT_EQ(edlReadText(space_, text.data(), text.size(), &settings,
@@ -67,10 +73,17 @@ class Space {
         for (unsigned int i = 0; i < count; ++i) {
           const TCSCLIP& r = rows[i];
           const CLIPINFO info = r.info != nullptr ? *r.info : CLIPINFO{};
-          const auto [milli, entry] = SpeedOf(info);
-          clips.emplace_back(channel, r.start, r.length, r.sourceIn, Str(info.name), Str(info.reel),
-                             Str(info.clipName), Str(info.comment), r.effectText[0] != '\0',
-                             r.effectCode, r.effectDuration, milli, entry);
+          std::vector<uint32_t> played{r.sourceIn};
+          if (clsGetClipSpeed(&info, nullptr, nullptr) != 0) {
+            played.clear();
+            for (uint32_t f = 0; f < r.length; ++f) {
+              played.push_back(clsPlayedSource(&info, r.sourceIn + f, fps_));
+            }
+          }
+          clips.emplace_back(channel, r.start, r.length, std::move(played), Str(info.name),
+                             Str(info.reel), Str(info.clipName), Str(info.comment),
+                             r.effectText[0] != '\0', r.effectCode, r.effectDuration,
+                             SpeedOf(info).first);
         }
       } while (from != TCS_NO_TIMECODE && count > 0);
     }
@@ -85,6 +98,7 @@ class Space {
 
  private:
   CTimeCodeSpace* space_;
+  uint32_t fps_ = 30;
 };
 
 struct Parsed {
@@ -118,8 +132,9 @@ Parsed Parse(const std::string& text, FrameRate rate) {
 }
 
 // What plays at `frame` of `channel` as the space's lookups answer it (the
-// last listed clip that holds the frame), with its source frame and texts.
-std::string PlayingAt(const Space& space, uint32_t channel, uint32_t frame) {
+// last listed clip that holds the frame), with the source frame it plays at
+// its speed (`fps`: the timeline's rate) and its texts.
+std::string PlayingAt(const Space& space, uint32_t channel, uint32_t frame, uint32_t fps) {
   TCSCLIP rows[8];
   unsigned int count = 0;
   unsigned int next = 0;
@@ -128,7 +143,8 @@ std::string PlayingAt(const Space& space, uint32_t channel, uint32_t frame) {
     const TCSCLIP& r = rows[i];
     if (r.start > frame || frame - r.start >= r.length) continue;
     const CLIPINFO info = r.info != nullptr ? *r.info : CLIPINFO{};
-    return std::to_string(r.sourceIn + frame - r.start) + "|" + Str(info.name) + "|" +
+    return std::to_string(clsPlayedSource(&info, r.sourceIn + frame - r.start, fps)) + "|" +
+           Str(info.name) + "|" +
            Str(info.reel) + "|" + Str(info.clipName) + "|" + Str(info.comment) + "|" +
            std::to_string(SpeedOf(info).first);
   }
@@ -148,7 +164,8 @@ std::unique_ptr<Space> WriteAndRead(const Space& space, FrameRate rate, const st
 
 // Frame for frame: what plays at each clip's first, last and next frame of
 // either space, and at random frames, is the same in both.
-void ExpectSamePlay(const Space& a, const Space& b, std::mt19937& rng, const std::string& what) {
+void ExpectSamePlay(const Space& a, const Space& b, uint32_t fps, std::mt19937& rng,
+                    const std::string& what) {
   std::vector<Carried> clips = a.Clips();
   const std::vector<Carried> more = b.Clips();
   clips.insert(clips.end(), more.begin(), more.end());
@@ -158,9 +175,10 @@ void ExpectSamePlay(const Space& a, const Space& b, std::mt19937& rng, const std
     const uint32_t start = std::get<1>(c);
     const uint32_t end = start + std::get<2>(c);
     for (const uint32_t f : {start, end - 1, end, start + uint32_t(rng() % std::get<2>(c))}) {
-      if (PlayingAt(a, channel, f) != PlayingAt(b, channel, f) && differ++ == 0) {
+      if (PlayingAt(a, channel, f, fps) != PlayingAt(b, channel, f, fps) && differ++ == 0) {
         ADD_FAILURE() << what << ": channel " << channel << " frame " << f << ": "
-                      << PlayingAt(a, channel, f) << " against " << PlayingAt(b, channel, f);
+                      << PlayingAt(a, channel, f, fps) << " against "
+                      << PlayingAt(b, channel, f, fps);
       }
     }
   }
@@ -259,7 +277,7 @@ TEST(EdlWriter, RandomSpacesComeBackClipForClip) {
     }
     // A moved clip lies over its neighbours; what plays must come back.
     const std::unique_ptr<Space> back = WriteAndRead(space, rate, "moved");
-    ExpectSamePlay(space, *back, rng, "round " + std::to_string(round) + " moved");
+    ExpectSamePlay(space, *back, rate.fps, rng, "round " + std::to_string(round) + " moved");
   }
 }
 
@@ -344,6 +362,57 @@ TEST(EdlWriter, TransitionsGoOutWithTheirOutgoingSource) {
   using Outgoing = std::tuple<std::string, uint32_t, std::string>;
   EXPECT_EQ(parsed.outgoing, (std::vector<Outgoing>{{"R1", 90100, "one"}, {"BL", 0, ""}}));
   ExpectRoundTrip(space, rate, "transitions");
+}
+
+// A speed clip cut at its head goes out from the source frame it starts on,
+// its M2 entry there, wherever the frames cut make whole source frames at
+// its speed; every frame plays as before either way.
+TEST(EdlWriter, SpeedClipsCutAtTheHeadEnterWhereTheyStart) {
+  const FrameRate rate{25, false};
+  std::mt19937 rng(77);
+  for (const char* speed : {"050.0", "012.5", "-025.0", "000.0", "037.5", "-006.2"}) {
+    for (int round = 0; round < 12; ++round) {
+      const uint32_t cut = 1 + rng() % 20;
+      char cover[128];
+      std::snprintf(cover, sizeof cover,
+                    "002  R2       V     C        02:00:00:00 02:00:00:%02u 00:00:10:00 00:00:10:%02u\r\n",
+                    cut, cut);
+      const std::string list =
+          std::string("001  R1       V     C        01:00:00:00 01:00:04:00 00:00:10:00 00:00:14:00\r\n"
+                      "M2   R1       ") + speed + "                01:00:00:00\r\n" + cover;
+      Space space;
+      space.Read(list, rate);
+      const std::string text = space.Written(rate);
+      struct Head {
+        uint32_t sourceIn = 0, entry = 0;
+        int32_t milli = 0;
+        bool speed = false;
+      } head;
+      tcs::cmx3600::EventReader reader(
+          {rate},
+          [](void* h, const tcs::cmx3600::Event& e) {
+            if (!e.hasSpeed) return;
+            *static_cast<Head*>(h) = {e.sourceIn, e.speedEntry, e.speedMilliFps, true};
+          },
+          [](void*, const tcs::cmx3600::Warning&) {}, &head);
+      ASSERT_TRUE(reader.Read(text));
+      ASSERT_TRUE(head.speed) << text;
+      const int64_t scaled = int64_t(cut) * head.milli;
+      const std::string what = std::string(speed) + " cut " + std::to_string(cut);
+      if (scaled % 25000 == 0) {
+        EXPECT_EQ(head.entry, head.sourceIn) << what << "\n" << text;
+        EXPECT_EQ(int64_t(head.sourceIn), 90000 + scaled / 25000) << what;
+      } else {
+        EXPECT_EQ(head.entry, 90000u) << what;
+        EXPECT_EQ(head.sourceIn, 90000u + cut) << what;
+      }
+      const std::unique_ptr<Space> back = WriteAndRead(space, rate, what);
+      for (uint32_t f = 250 + cut; f < 350; ++f) {
+        ASSERT_EQ(PlayingAt(space, 0, f, rate.fps), PlayingAt(*back, 0, f, rate.fps))
+            << what << " frame " << f;
+      }
+    }
+  }
 }
 
 }  // namespace
