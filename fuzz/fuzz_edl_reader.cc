@@ -71,11 +71,31 @@ void NoWarning(void*, const EDLWARNING*) {
 // next clip's start on its channel. Even a space read from a list can hold
 // a clip over the next (one that ends at the timeline's end, under one at
 // its last start); a list can only say what plays.
-using Carried = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t, std::string, bool, uint32_t,
-                           uint32_t>;
+// Where a clip starts in its source is the frame it plays first and, for a
+// clip with a speed (at `fps`), the part of a source frame past it that a
+// cut head left: the writer moves a speed clip's source in and entry
+// together to its first frame where that part is none.
+using Carried = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t, int64_t, std::string, bool,
+                           uint32_t, uint32_t>;
+
+Carried CarriedOf(uint32_t channel, const TCSCLIP& r, uint32_t fps) {
+  const char* name = r.info != nullptr ? r.info->name : nullptr;
+  uint32_t first = r.sourceIn;
+  int64_t part = 0;
+  int32_t milli = 0;
+  uint32_t entry = 0;
+  if (r.info != nullptr && clsGetClipSpeed(r.info, &milli, &entry) != 0) {
+    const int64_t scaled = (int64_t(r.sourceIn) - entry) * milli;
+    const int64_t per = int64_t(fps) * 1000;
+    part = ((scaled % per) + per) % per;
+    first = clsPlayedSource(r.info, r.sourceIn, fps);
+  }
+  return {channel, r.start, r.length, first, part, name != nullptr ? name : "",
+          r.effectText[0] != '\0', r.effectCode, r.effectDuration};
+}
 
 // `overlapping`, when given, tells whether some clip lies over the next.
-std::vector<Carried> Clips(CTimeCodeSpace* space, bool* overlapping = nullptr) {
+std::vector<Carried> Clips(CTimeCodeSpace* space, uint32_t fps, bool* overlapping = nullptr) {
   std::vector<Carried> clips;
   if (overlapping != nullptr) *overlapping = false;
   unsigned int masks[3];
@@ -85,11 +105,8 @@ std::vector<Carried> Clips(CTimeCodeSpace* space, bool* overlapping = nullptr) {
   for (uint32_t channel = 0; channel < 96; ++channel) {
     if (((masks[channel / 32] >> (channel % 32)) & 1) == 0) continue;
     std::vector<Carried> listed;
-    const uint32_t status = tcs::host::EachClip(space, channel, [&](const TCSCLIP& r) {
-      const char* name = r.info != nullptr ? r.info->name : nullptr;
-      listed.emplace_back(channel, r.start, r.length, r.sourceIn, name != nullptr ? name : "",
-                          r.effectText[0] != '\0', r.effectCode, r.effectDuration);
-    });
+    const uint32_t status = tcs::host::EachClip(
+        space, channel, [&](const TCSCLIP& r) { listed.push_back(CarriedOf(channel, r, fps)); });
     if (status != 0) FuzzHost::Broken("a channel could not be listed");
     for (size_t i = 0; i < listed.size(); ++i) {
       uint32_t& length = std::get<2>(listed[i]);
@@ -107,10 +124,11 @@ std::vector<Carried> Clips(CTimeCodeSpace* space, bool* overlapping = nullptr) {
 }
 
 // Each clip's channel, start, length and source in: what a list says of it
-// but its texts and transition.
+// but its texts and transition. For spaces read from the export, which
+// writes no speed (so any rate does for Clips).
 std::vector<std::tuple<uint32_t, uint32_t, uint32_t, uint32_t>> Timing(CTimeCodeSpace* space) {
   std::vector<std::tuple<uint32_t, uint32_t, uint32_t, uint32_t>> timing;
-  for (const Carried& clip : Clips(space)) {
+  for (const Carried& clip : Clips(space, 30)) {
     timing.emplace_back(std::get<0>(clip), std::get<1>(clip), std::get<2>(clip), std::get<3>(clip));
   }
   return timing;
@@ -156,7 +174,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   edlReadText(kit.space, whole.data(), whole.size(), &same, &NoWarning, nullptr);
   kit.Check();
   bool overlapping = false;
-  if (Clips(read.space, &overlapping) != Clips(kit.space)) {
+  if (Clips(read.space, counted.fps, &overlapping) != Clips(kit.space, counted.fps)) {
     FuzzHost::Broken("the host kit's writer, read back, changed the clips");
   }
 

@@ -189,6 +189,17 @@ void AppendEventLine(std::string& out, uint32_t number, std::string_view reel,
 
 }  // namespace
 
+bool NoteReadsBackAs(std::string_view value, std::string_view read) {
+  const auto blank = [](char c) { return static_cast<unsigned char>(c) <= 0x20; };
+  while (!value.empty() && blank(value.front())) value.remove_prefix(1);
+  while (!value.empty() && blank(value.back())) value.remove_suffix(1);
+  if (value.size() != read.size()) return false;
+  for (size_t i = 0; i < value.size(); ++i) {
+    if ((blank(value[i]) ? ' ' : value[i]) != read[i]) return false;
+  }
+  return true;
+}
+
 void AppendHeader(std::string& out, std::string_view title, timecode::FrameRate rate) {
   out += "TITLE: ";
   AppendFlat(out, title);

@@ -26,6 +26,11 @@ void AppendHeader(std::string& out, std::string_view title, timecode::FrameRate 
 // a caller that reuses `out` allocates nothing once it has grown.
 void AppendEvent(std::string& out, const Event& event, uint32_t number, timecode::FrameRate rate);
 
+// Whether a note written with `value` (FROM CLIP NAME: and the like, control
+// characters as blanks) reads back with the value `read` (blanks at either
+// end gone).
+bool NoteReadsBackAs(std::string_view value, std::string_view read);
+
 }  // namespace tcs::cmx3600
 
 #endif  // TCS_CMX3600_WRITER_H_

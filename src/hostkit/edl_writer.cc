@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cmx3600/comment_lines.h"
+#include "cmx3600/line.h"
 #include "cmx3600/writer.h"
 #include "each_clip.h"
 
@@ -29,6 +30,9 @@ struct Clip {
   uint32_t outgoingSource;
   std::string_view outgoingReel;
   std::string_view outgoingName;
+  // The line of the comment that names the outgoing clip (see Outgoing), not
+  // written as a note; kNoLine for none.
+  uint32_t outgoingNote;
 
   // Everything an event carries, in the order events are written.
   auto Key() const {
@@ -79,13 +83,37 @@ void KeepPlayed(std::vector<Clip>& clips, size_t first) {
   clips.resize(kept);
 }
 
+constexpr uint32_t kNoLine = UINT32_MAX;
+
+// The line of a comment, among the first 32, that stood bare as a FROM CLIP
+// NAME note, with its value; kNoLine for none. The reader takes such a note
+// as a name, never as a comment line: only a translator keeping the outgoing
+// name a list gave a transition puts one there.
+uint32_t OutgoingNote(const RecordTexts& texts, std::string_view& name) {
+  std::string_view comment = texts.comment;
+  for (uint32_t n = 0; n < 32 && !comment.empty(); ++n) {
+    const size_t end = comment.find('\n');
+    std::string_view value;
+    if ((texts.bareNotes >> n & 1) != 0 &&
+        cmx3600::LabelOf(comment.substr(0, end), value) == cmx3600::NoteLabel::kFromClipName) {
+      name = value;
+      return n;
+    }
+    if (end == std::string_view::npos) break;
+    comment.remove_prefix(end + 1);
+  }
+  return kNoLine;
+}
+
 // A transition is written as editors write it, in two lines: a cut of no
 // length into the outgoing source, then the transition. The outgoing source
 // is the clip that plays up to the transition on its channel, where it left
-// off; black (BL) where nothing does.
+// off; black (BL) where nothing does. It is named as that clip is, or as the
+// list the transition was read from named it, where that kept a name.
 void Outgoing(std::vector<Clip>& clips, size_t first) {
   for (size_t i = first; i < clips.size(); ++i) {
     Clip& clip = clips[i];
+    clip.outgoingNote = kNoLine;
     if (!clip.transition) continue;
     const Clip* before = i > first ? &clips[i - 1] : nullptr;
     if (before != nullptr && uint64_t(before->start) + before->length == clip.start) {
@@ -95,6 +123,24 @@ void Outgoing(std::vector<Clip>& clips, size_t first) {
     } else {
       clip.outgoingReel = "BL";
     }
+    clip.outgoingNote = OutgoingNote(clip.texts, clip.outgoingName);
+  }
+}
+
+// The comment's lines as notes, but the one that named the outgoing clip.
+void AppendNotes(std::string& out, const Clip& clip) {
+  const RecordTexts& texts = clip.texts;
+  if (clip.outgoingNote == kNoLine) {
+    cmx3600::AppendCommentLines(out, texts.comment, texts.bareNotes);
+    return;
+  }
+  size_t from = 0;
+  for (uint32_t n = 0; n < clip.outgoingNote; ++n) from = texts.comment.find('\n', from) + 1;
+  const size_t end = texts.comment.find('\n', from);
+  if (from != 0) cmx3600::AppendCommentLines(out, texts.comment.substr(0, from - 1), texts.bareNotes);
+  if (end != std::string_view::npos) {
+    cmx3600::AppendCommentLines(out, texts.comment.substr(end + 1),
+                                clip.outgoingNote < 31 ? texts.bareNotes >> (clip.outgoingNote + 1) : 0);
   }
 }
 
@@ -189,7 +235,7 @@ uint32_t AppendSpaceEdl(CTimeCodeSpace* space, const EdlText& how, std::string& 
       AddChannel(event, clips[j].channel);
     }
     cmx3600::AppendEvent(out, event, ++number, how.rate);
-    cmx3600::AppendCommentLines(out, clips[i].texts.comment, clips[i].texts.bareNotes);
+    AppendNotes(out, clips[i]);
     i = j;
   }
   return TCS_OK;

@@ -1,14 +1,17 @@
 #include "platform/edl_import.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 
 #include "cmx3600/reader.h"
+#include "cmx3600/writer.h"
 #include "platform/clip.h"
 #include "platform/clip_notes.h"
 #include "platform/clip_speed.h"
 #include "platform/edl_rate.h"
 #include "platform/errlog.h"
+#include "record/tcs_clip.h"
 #include "record/timecode.h"
 #include "tcs_status.h"
 
@@ -16,6 +19,11 @@ extern "C" __attribute__((weak)) uint32_t _tcsAddEdlLine(CTimeCodeSpace* space,
                                                           const EDLLINE* line, uint64_t tag);
 extern "C" __attribute__((weak)) unsigned int tcsAddClip(CTimeCodeSpace* space, CClip* clip,
                                                          unsigned int channel);
+extern "C" __attribute__((weak)) unsigned int tcsGetClips(CTimeCodeSpace* space,
+                                                          unsigned int channel, unsigned int from,
+                                                          unsigned int to, TCSCLIP* clips,
+                                                          unsigned int capacity,
+                                                          unsigned int* count, unsigned int* next);
 
 namespace tcs::translator {
 namespace {
@@ -30,7 +38,8 @@ struct Import {
   EDLWARNINGFN onWarning;
   void* context;
   uint32_t logged = 0;
-  std::string name;  // a name cut to what an export carries
+  std::string name;     // a name cut to what an export carries
+  std::string comment;  // a comment with a FROM CLIP NAME note added
 };
 
 void Report(Import& import, uint32_t line, cmx3600::WarningKind kind, std::string_view text,
@@ -81,6 +90,57 @@ void AddAux(CTimeCodeSpace* space, const EDLLINE& line, uint32_t aux, uint64_t t
   }
 }
 
+// The name of the clip that plays on `channel` in the frame before `at`,
+// which a transition starting at `at` comes from; empty where none plays.
+std::string_view NameBefore(CTimeCodeSpace* space, uint32_t channel, uint32_t at) {
+  TCSCLIP rows[4];
+  unsigned int count = 0;
+  unsigned int next = 0;
+  if (at == 0 || tcsGetClips == nullptr ||
+      tcsGetClips(space, channel, at - 1, at, rows, 4, &count, &next) != TCS_OK) {
+    return {};
+  }
+  // Of several that start together, the last listed plays.
+  for (unsigned int i = count; i-- > 0;) {
+    const TCSCLIP& row = rows[i];
+    if (at - 1 - row.start >= row.length) continue;
+    return row.info != nullptr && row.info->name != nullptr ? row.info->name : "";
+  }
+  return {};
+}
+
+uint32_t FirstChannel(const cmx3600::Event& event) {
+  unsigned int rest = 0;
+  if (event.video != 0) return findChannel(event.video, &rest, 0);
+  if (event.audio != 0) return findChannel(event.audio, &rest, 32);
+  return findChannel(event.aux, &rest, 64);
+}
+
+// A two-line transition names the clip it comes from. Where that is not the
+// clip that plays before it in the space (which is what a writer names), the
+// name is kept with the incoming clip, as the note it was read from: a last
+// line "FROM CLIP NAME: ..." of its comment, marked as standing bare. A
+// writer of the whole space names the outgoing clip from it. True when the
+// comment was extended (import.comment, `bare` updated).
+bool KeepOutgoingName(Import& import, const cmx3600::Event& event, uint32_t& bare) {
+  // A note spells a name with control characters as blanks, and no blank at
+  // either end.
+  if (!event.hasOutgoing || event.outgoingName.empty() ||
+      cmx3600::NoteReadsBackAs(NameBefore(import.space, FirstChannel(event), event.recordIn),
+                               event.outgoingName)) {
+    return false;
+  }
+  const std::string_view comment = event.hasComment ? event.comment : std::string_view();
+  const uint32_t lines =
+      comment.empty() ? 0 : uint32_t(std::count(comment.begin(), comment.end(), '\n')) + 1;
+  import.comment.assign(comment);
+  if (lines != 0) import.comment += '\n';
+  import.comment += "FROM CLIP NAME: ";
+  import.comment.append(event.outgoingName);
+  if (lines < 32) bare |= 1u << lines;
+  return true;
+}
+
 void OnEvent(void* context, const cmx3600::Event& event) {
   Import& import = *static_cast<Import*>(context);
   EDLLINE line;
@@ -111,7 +171,9 @@ void OnEvent(void* context, const cmx3600::Event& event) {
   }
   line.clip.reel = Text(event.reel);
   line.clip.comment = event.hasComment ? const_cast<char*>(event.comment.data()) : nullptr;
-  clsSetBareNotes(&line.clip, event.bareNotes);
+  uint32_t bare = event.bareNotes;
+  if (KeepOutgoingName(import, event, bare)) line.clip.comment = import.comment.data();
+  clsSetBareNotes(&line.clip, bare);
   line.clip.clipName = Text(event.clipName);
   line.unused80 = event.number;
   line.recordIn = event.recordIn;
@@ -130,7 +192,7 @@ void OnEvent(void* context, const cmx3600::Event& event) {
 uint32_t ImportText(CTimeCodeSpace* space, std::string_view text, const EDLSETTINGS* settings,
                     const char* label, EDLWARNINGFN on_warning, void* context) {
   Import import{space, label != nullptr ? "edlReadFile" : "edlReadText", label, on_warning,
-                context, 0, {}};
+                context, 0, {}, {}};
   cmx3600::ReadSettings read;
   read.rate = RateOf(settings);
   read.strict = settings != nullptr && settings->strict != 0;

@@ -2,7 +2,9 @@
 // per event, and its warnings to the caller's callback or the error log.
 // Applies the space's rules the codec knows nothing of: an event running past
 // the end of the timeline is cut there (source out and all, as the space cuts
-// its clip), and a name is cut to the bytes an export carries. Behind
+// its clip), a name is cut to the bytes an export carries, and a two-line
+// transition's outgoing name that the space would not give back is kept
+// with the incoming clip (KeepOutgoingName in the .cc). Behind
 // edlReadFile and edlReadText.
 //
 // Thread safety: one call per space at a time, as _tcsAddEdlLine needs.

@@ -364,6 +364,47 @@ TEST(EdlWriter, TransitionsGoOutWithTheirOutgoingSource) {
   ExpectRoundTrip(space, rate, "transitions");
 }
 
+// A list that names a transition's outgoing clip otherwise than the clip
+// that plays before it (or where black does) keeps the name: the incoming
+// clip's comment ends in the FROM CLIP NAME note, which the writer gives
+// back as the outgoing clip's name, once. A name the clip before has, as a
+// note spells it, adds nothing.
+TEST(EdlWriter, TransitionsKeepTheOutgoingNameTheListGave) {
+  const FrameRate rate{25, false};
+  const std::string list =
+      "001  R1       V     C        01:00:00:00 01:00:04:00 00:00:00:00 00:00:04:00\r\n"
+      "* FROM CLIP NAME:  one\t\r\n"
+      "002  R1       V     C        01:00:04:00 01:00:04:00 00:00:04:00 00:00:04:00\r\n"
+      "002  R2       V     D    025 02:00:00:00 02:00:02:00 00:00:04:00 00:00:06:00\r\n"
+      "* FROM CLIP NAME: not one\r\n"
+      "* TO CLIP NAME: two\r\n"
+      "* A REMARK\r\n"
+      "003  BL       V     C        00:00:00:00 00:00:00:00 00:00:10:00 00:00:10:00\r\n"
+      "003  R3       V     D    010 03:00:00:00 03:00:01:00 00:00:10:00 00:00:11:00\r\n"
+      "* FROM CLIP NAME: ghost\r\n"
+      "* TO CLIP NAME: three\r\n"
+      "004  R3       V     C        03:00:01:00 03:00:01:00 00:00:11:00 00:00:11:00\r\n"
+      "004  R4       V     D    010 04:00:00:00 04:00:01:00 00:00:11:00 00:00:12:00\r\n"
+      "* FROM CLIP NAME: three\r\n"
+      "* TO CLIP NAME: four\r\n";
+  Space space;
+  space.Read(list, rate);
+  std::vector<std::string> comments;
+  for (const Carried& clip : space.Clips()) comments.push_back(std::get<7>(clip));
+  EXPECT_EQ(comments, (std::vector<std::string>{"", "A REMARK\nFROM CLIP NAME: not one",
+                                                "FROM CLIP NAME: ghost", ""}));
+  const std::string text = space.Written(rate);
+  EXPECT_NE(text.find("* FROM CLIP NAME: not one\r\n* TO CLIP NAME: two\r\n* A REMARK\r\n0"),
+            std::string::npos)
+      << text;
+  const Parsed parsed = Parse(text, rate);
+  using Outgoing = std::tuple<std::string, uint32_t, std::string>;
+  EXPECT_EQ(parsed.outgoing, (std::vector<Outgoing>{{"R1", 90100, "not one"},
+                                                    {"BL", 0, "ghost"},
+                                                    {"R3", 270025, "three"}}));
+  ExpectRoundTrip(space, rate, "outgoing names");
+}
+
 // A speed clip cut at its head goes out from the source frame it starts on,
 // its M2 entry there, wherever the frames cut make whole source frames at
 // its speed; every frame plays as before either way.
