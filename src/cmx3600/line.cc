@@ -1,5 +1,6 @@
 #include "cmx3600/line.h"
 
+#include <algorithm>
 #include <array>
 
 namespace tcs::cmx3600 {
@@ -56,12 +57,15 @@ bool StartsWithWord(std::string_view line, std::string_view upper_word) {
 
 // The number of timecodes a token holds when it is nothing but timecodes
 // run together; 0 otherwise.
-int TimecodesIn(std::string_view token) {
+// How many timecodes a token holds, run together; 0 when it is not wholly
+// timecodes. The first `room` of them are kept in `out`.
+int TimecodesIn(std::string_view token, timecode::TimecodeText* out, int room) {
   int count = 0;
   size_t pos = 0;
   timecode::TimecodeText tc;
   while (pos < token.size()) {
     if (!timecode::ScanTimecode(token, pos, tc)) return 0;
+    if (count < room) out[count] = tc;
     ++count;
   }
   return count;
@@ -239,21 +243,23 @@ const char* ParseEventLine(std::string_view line, EventFields& out) {
 
   // The four timecodes end the line, some of them perhaps run together;
   // else four frame counts do.
+  // Scanned from the last token back, each token's timecodes in their order
+  // at the end of `scanned`.
   size_t head = count;
   int found = 0;
+  timecode::TimecodeText scanned[4];
   while (head > 0 && found < 4) {
-    const int in_token = TimecodesIn(tokens[head - 1]);
+    timecode::TimecodeText in[4];
+    const int in_token = TimecodesIn(tokens[head - 1], in, 4);
     if (in_token == 0) break;
     found += in_token;
     --head;
+    if (found > 4) break;
+    for (int i = 0; i < in_token; ++i) scanned[4 - found + i] = in[i];
   }
   EventFields fields;
   if (found == 4) {
-    size_t slot = 0;
-    for (size_t t = head; t < count; ++t) {
-      size_t pos = 0;
-      while (pos < tokens[t].size()) timecode::ScanTimecode(tokens[t], pos, fields.times[slot++]);
-    }
+    std::copy(scanned, scanned + 4, fields.times);
   } else {
     head = count;
     if (count < 7 || found != 0) {
