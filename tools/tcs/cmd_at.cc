@@ -77,18 +77,17 @@ int RunAt(const Args& args) {
     return 0;
   }
   std::cout << "at " << timeline.Tc(at) << ":\n";
-  std::vector<TableRow> rows;
+  Table table;
   for (const Answer& a : answers) {
     if (!a.clip) {
-      rows.push_back({ChannelName(a.channel), "nothing plays"});
+      table.Row(ChannelName(a.channel), "nothing plays");
     } else {
-      rows.push_back({ChannelName(a.channel), "source " + timeline.Tc(a.source),
-                      "reel " + (a.clip->reel.empty() ? std::string("-") : a.clip->reel),
-                      a.clip->name});
+      table.Row(ChannelName(a.channel), "source " + timeline.Tc(a.source),
+                "reel " + (a.clip->reel.empty() ? std::string("-") : a.clip->reel), a.clip->name);
     }
   }
-  if (rows.empty()) rows.push_back({"the timeline is empty"});
-  PrintTable(std::cout, rows, "  ");
+  if (table.empty()) table.Row("the timeline is empty");
+  table.Print(std::cout, "  ");
   return 0;
 }
 

@@ -40,17 +40,27 @@ void PrintText(const Timeline& timeline) {
     // A speed column only where a clip of the channel has a speed (M2).
     const bool speeds = std::any_of(channel.clips.begin(), channel.clips.end(),
                                     [](const ClipView& clip) { return !clip.speed.empty(); });
-    std::vector<TableRow> rows = {
-        {"record in", "record out", "source in", "source out", "transition", "reel", "name"}};
-    if (speeds) rows[0].insert(rows[0].begin() + 5, "speed");
-    rows.reserve(channel.clips.size() + 1);
-    for (const ClipView& clip : channel.clips) {
-      rows.push_back({timeline.Tc(clip.recordIn), timeline.Tc(clip.recordOut),
-                      timeline.Tc(clip.sourceIn), timeline.Tc(clip.sourceOut),
-                      TransitionText(clip), clip.reel.empty() ? "-" : clip.reel, clip.name});
-      if (speeds) rows.back().insert(rows.back().begin() + 5, clip.speed.empty() ? "-" : clip.speed);
+    Table table;
+    table.Reserve(channel.clips.size() + 1, speeds ? 8 : 7);
+    if (speeds) {
+      table.Row("record in", "record out", "source in", "source out", "transition", "speed", "reel",
+                "name");
+    } else {
+      table.Row("record in", "record out", "source in", "source out", "transition", "reel", "name");
     }
-    PrintTable(std::cout, rows, "  ");
+    for (const ClipView& clip : channel.clips) {
+      const std::string_view reel = clip.reel.empty() ? std::string_view("-") : clip.reel;
+      if (speeds) {
+        table.Row(timeline.Tc(clip.recordIn), timeline.Tc(clip.recordOut),
+                  timeline.Tc(clip.sourceIn), timeline.Tc(clip.sourceOut), TransitionText(clip),
+                  clip.speed.empty() ? "-" : clip.speed, reel, clip.name);
+      } else {
+        table.Row(timeline.Tc(clip.recordIn), timeline.Tc(clip.recordOut),
+                  timeline.Tc(clip.sourceIn), timeline.Tc(clip.sourceOut), TransitionText(clip),
+                  reel, clip.name);
+      }
+    }
+    table.Print(std::cout, "  ");
   });
   std::cout << "\ntotal: " << totals.clips << (totals.clips == 1 ? " clip" : " clips") << " on "
             << totals.channels << (totals.channels == 1 ? " channel" : " channels") << ", "

@@ -37,17 +37,19 @@ int RunWalk(const Args& args) {
     json.EndArray();
     return 0;
   }
-  std::vector<TableRow> rows = {
-      {"event", "record in", "record out", "source in", "source out", "channels", "transition", "name"}};
+  Table table;
+  table.Reserve(events.size() + 1, 8);
+  table.Row("event", "record in", "record out", "source in", "source out", "channels", "transition",
+            "name");
   for (size_t i = 0; i < events.size(); ++i) {
     const host::WalkEvent& e = events[i];
     char number[24];
     std::snprintf(number, sizeof number, "%03zu", i + 1);
-    rows.push_back({number, timeline.Tc(e.recordIn), timeline.Tc(e.recordOut()),
-                    timeline.Tc(e.sourceIn), timeline.Tc(e.sourceOut), MaskNames({e.videoMask, e.audioMask, 0}),
-                    e.transition.empty() ? "cut" : e.transition, e.name});
+    table.Row(number, timeline.Tc(e.recordIn), timeline.Tc(e.recordOut()), timeline.Tc(e.sourceIn),
+              timeline.Tc(e.sourceOut), MaskNames({e.videoMask, e.audioMask, 0}),
+              e.transition.empty() ? "cut" : e.transition, e.name);
   }
-  PrintTable(std::cout, rows, "");
+  table.Print(std::cout, "");
   return 0;
 }
 

@@ -4,23 +4,34 @@
 
 namespace tcs::cli {
 
-void PrintTable(std::ostream& out, const std::vector<TableRow>& rows, const std::string& indent) {
+void Table::Print(std::ostream& out, std::string_view indent) const {
   std::vector<size_t> width;
-  for (const TableRow& row : rows) {
-    if (width.size() < row.size()) width.resize(row.size(), 0);
-    for (size_t i = 0; i < row.size(); ++i) width[i] = std::max(width[i], row[i].size());
+  size_t begin = 0;
+  for (const size_t end : ends_) {
+    if (width.size() < end - begin) width.resize(end - begin, 0);
+    for (size_t i = begin; i < end; ++i) width[i - begin] = std::max(width[i - begin], cells_[i].size());
+    begin = end;
   }
-  std::string line;  // one buffer for every row
-  for (const TableRow& row : rows) {
-    line = indent;
-    for (size_t i = 0; i < row.size(); ++i) {
-      line += row[i];
-      if (i + 1 < row.size()) line.append(width[i] - row[i].size() + 2, ' ');
+  // Written a block at a time.
+  constexpr size_t kBlock = 1 << 16;
+  std::string text;
+  text.reserve(kBlock * 2);
+  begin = 0;
+  for (const size_t end : ends_) {
+    text.append(indent);
+    for (size_t i = begin; i < end; ++i) {
+      text.append(cells_[i]);
+      if (i + 1 < end) text.append(width[i - begin] - cells_[i].size() + 2, ' ');
     }
-    while (!line.empty() && line.back() == ' ') line.pop_back();
-    line += '\n';
-    out << line;
+    while (!text.empty() && text.back() == ' ') text.pop_back();
+    text += '\n';
+    if (text.size() >= kBlock) {
+      out.write(text.data(), std::streamsize(text.size()));
+      text.clear();
+    }
+    begin = end;
   }
+  out.write(text.data(), std::streamsize(text.size()));
 }
 
 }  // namespace tcs::cli
