@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "cmx3600/rate_scan.h"
 #include "edl_writer.h"
 #include "tcs.h"
 
@@ -177,6 +178,15 @@ struct MixedList {
     std::fclose(file);
   }
   ~MixedList() { std::remove(path.c_str()); }
+  std::string Text() const {
+    std::string text;
+    std::FILE* file = std::fopen(path.c_str(), "rb");
+    char block[1 << 16];
+    size_t n = 0;
+    while (file != nullptr && (n = std::fread(block, 1, sizeof block, file)) > 0) text.append(block, n);
+    if (file != nullptr) std::fclose(file);
+    return text;
+  }
   static std::string Timecode(uint32_t frame) {
     char text[16];
     std::snprintf(text, sizeof text, "%02u:%02u:%02u:%02u", frame / 108000, frame / 1800 % 60,
@@ -284,7 +294,40 @@ void BM_ImportMixedTracks(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * kEvents);
 }
 
+// The mixed list in memory read as the tool reads it, its rate found from
+// its own text while it is parsed (arg 1), against the same read at a rate
+// given (arg 0, the floor: each line parsed once either way); and the rate
+// scan alone, the second parse of every line that finding the rate cost
+// before the reader found it itself.
+void BM_ReadMixedText(benchmark::State& state) {
+  static const MixedList list;
+  const std::string text = list.Text();
+  EDLSETTINGS settings;
+  edlInitSettings(&settings, 30, 0);
+  settings.findRate = state.range(0) != 0 ? 1 : 0;
+  for (auto _ : state) {
+    CTimeCodeSpace* space = tcsOpen(nullptr, nullptr, nullptr);
+    EDLREADRATE found{};
+    benchmark::DoNotOptimize(edlReadTextRate(space, text.data(), text.size(), &settings,
+                                             [](void*, const EDLWARNING*) {}, nullptr, &found));
+    state.PauseTiming();
+    if (found.framesPerSecond != 30) state.SkipWithError("the list was not read at 30 fps");
+    tcsClose(space);
+    state.ResumeTiming();
+  }
+  state.SetItemsProcessed(state.iterations() * kEvents);
+}
+
+void BM_ScanMixedRate(benchmark::State& state) {
+  static const MixedList list;
+  const std::string text = list.Text();
+  for (auto _ : state) benchmark::DoNotOptimize(tcs::cmx3600::ScanRate(text));
+  state.SetItemsProcessed(state.iterations() * kEvents);
+}
+
 BENCHMARK(BM_ImportEdlFile)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_ReadMixedText)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_ScanMixedRate)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_AddParsedLines)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_ImportMixedTracks)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_WriteEdl)->Unit(benchmark::kMillisecond);

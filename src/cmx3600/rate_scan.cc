@@ -7,38 +7,43 @@
 namespace tcs::cmx3600 {
 
 RateScan ScanRate(std::string_view text) {
-  RateScan scan;
-  uint32_t own_fps = 0;
-  bool list_drop = false;  // the FCM: line above the first event
-  bool semicolon = false;
+  RateScanner scanner;
   ForEachLine(text, [&](std::string_view raw) {
     const LineClass line = ClassifyLine(raw);
-    if (line.kind == LineKind::kFrameCode && scan.eventLines == 0) {
-      list_drop = StartsWithUpper(line.body, "DROP");
-    } else if (line.kind == LineKind::kNote) {
-      std::string_view value;
-      if (LabelOf(line.body, value) == NoteLabel::kOwnRate) {
-        uint32_t fps = 0;
-        for (char c : value) {
-          if (c < '0' || c > '9' || fps > timecode::kMaxFps) break;
-          fps = fps * 10 + uint32_t(c - '0');
-        }
-        if (fps != 0 && fps <= timecode::kMaxFps) own_fps = fps;
-      }
-    } else if (line.kind == LineKind::kEvent) {
-      EventFields fields;
-      if (ParseEventLine(line.body, fields) == nullptr && !fields.frameCounts) {
-        ++scan.eventLines;
-        for (int i = 0; i < 4; ++i) scan.highestFrame = std::max(scan.highestFrame, fields.times[i].frames);
-        semicolon |= fields.times[2].semicolon || fields.times[3].semicolon;
-      }
-    }
+    EventFields fields;
+    const bool parsed = line.kind == LineKind::kEvent && ParseEventLine(line.body, fields) == nullptr;
+    scanner.Add(line, parsed ? &fields : nullptr);
     return true;
   });
-  if (own_fps != 0) {
+  return scanner.Result();
+}
+
+void RateScanner::Add(const LineClass& line, const EventFields* parsed) {
+  if (line.kind == LineKind::kFrameCode && scan_.eventLines == 0) {
+    listDrop_ = StartsWithUpper(line.body, "DROP");
+  } else if (line.kind == LineKind::kNote) {
+    std::string_view value;
+    if (LabelOf(line.body, value) == NoteLabel::kOwnRate) {
+      uint32_t fps = 0;
+      for (char c : value) {
+        if (c < '0' || c > '9' || fps > timecode::kMaxFps) break;
+        fps = fps * 10 + uint32_t(c - '0');
+      }
+      if (fps != 0 && fps <= timecode::kMaxFps) ownFps_ = fps;
+    }
+  } else if (parsed != nullptr && !parsed->frameCounts) {
+    ++scan_.eventLines;
+    for (int i = 0; i < 4; ++i) scan_.highestFrame = std::max(scan_.highestFrame, parsed->times[i].frames);
+    semicolon_ |= parsed->times[2].semicolon || parsed->times[3].semicolon;
+  }
+}
+
+RateScan RateScanner::Result() const {
+  RateScan scan = scan_;
+  if (ownFps_ != 0) {
     scan.source = RateSource::kOwnNote;
-    scan.rate = timecode::MakeFrameRate(own_fps, list_drop);
-  } else if (list_drop || semicolon) {
+    scan.rate = timecode::MakeFrameRate(ownFps_, listDrop_);
+  } else if (listDrop_ || semicolon_) {
     scan.source = RateSource::kDropFrame;
     scan.rate = timecode::MakeFrameRate(scan.highestFrame > 29 ? 60 : 30, true);
   } else if (scan.eventLines != 0) {

@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 
+#include "cmx3600/line.h"
 #include "timecode/frame_rate.h"
 
 namespace tcs::cmx3600 {
@@ -31,6 +32,22 @@ struct RateScan {
 };
 
 RateScan ScanRate(std::string_view text);
+
+// Folds the lines of a list, in file order, into its RateScan: ScanRate's
+// work for a reader that classifies and parses each line itself.
+class RateScanner {
+ public:
+  // `parsed`: the fields of an event line that parsed; null for any other
+  // line and for an event line that did not.
+  void Add(const LineClass& line, const EventFields* parsed);
+  RateScan Result() const;
+
+ private:
+  RateScan scan_;
+  uint32_t ownFps_ = 0;
+  bool listDrop_ = false;  // the FCM: line above the first event
+  bool semicolon_ = false;
+};
 
 // Why: "its * TCS FRAME RATE: note", "FCM: DROP FRAME", "frame fields up to 24".
 std::string RateReason(const RateScan& scan);

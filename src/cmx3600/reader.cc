@@ -1,5 +1,6 @@
 #include "cmx3600/reader.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
@@ -63,7 +64,8 @@ EventReader::EventReader(const ReadSettings& settings, EventSink on_event,
     : rate_(settings.rate),
       sourceDrop_(settings.rate.dropFrame),
       strict_(settings.strict),
-      keepRate_(settings.keepRate),
+      keepRate_(settings.keepRate && !settings.findRate),
+      findRate_(settings.findRate),
       onEvent_(on_event),
       onWarning_(on_warning),
       context_(context),
@@ -71,9 +73,13 @@ EventReader::EventReader(const ReadSettings& settings, EventSink on_event,
 
 bool EventReader::Read(std::string_view text) {
   lineNumber_ = 0;
-  const bool read = ForEachLine(text, [this](std::string_view line) {
+  const bool read = findRate_ ? ReadFindingRate(text) : ForEachLine(text, [this](std::string_view raw) {
     ++lineNumber_;
-    return OnLine(line);
+    const LineClass line = ClassifyLine(raw);
+    if (line.kind != LineKind::kEvent) return OnLine(line, nullptr);
+    ParsedEvent event;
+    event.problem = ParseEventLine(line.body, event.fields);
+    return OnLine(line, &event);
   });
   if (!read) {
     pending_.active = key_.active = false;
@@ -83,9 +89,44 @@ bool EventReader::Read(std::string_view text) {
   return true;
 }
 
-bool EventReader::OnLine(std::string_view raw) {
-  const LineClass line = ClassifyLine(raw);
-  if (line.kind == LineKind::kEvent) return OnEvent(line.body);
+// The lines are classified and the event lines parsed first, the rate
+// found from them, and then they are read at that rate from what was kept:
+// each line is parsed once (a second parse was a sixth of reading a long
+// list).
+bool EventReader::ReadFindingRate(std::string_view text) {
+  // Room for every line, reserved once: what the events do not fill is
+  // never touched.
+  const size_t most = size_t(std::count(text.begin(), text.end(), '\n')) + 1;
+  std::vector<LineClass> lines;
+  lines.reserve(most);
+  std::vector<ParsedEvent> events;
+  events.reserve(most);
+  RateScanner scanner;
+  ForEachLine(text, [&](std::string_view raw) {
+    const LineClass& line = lines.emplace_back(ClassifyLine(raw));
+    const EventFields* parsed = nullptr;
+    if (line.kind == LineKind::kEvent) {
+      ParsedEvent& event = events.emplace_back();
+      event.problem = ParseEventLine(line.body, event.fields);
+      if (event.problem == nullptr) parsed = &event.fields;
+    }
+    scanner.Add(line, parsed);
+    return true;
+  });
+  rateScan_ = scanner.Result();
+  rate_ = rateScan_.rate;
+  sourceDrop_ = rate_.dropFrame;
+  size_t next_event = 0;
+  for (const LineClass& line : lines) {
+    ++lineNumber_;
+    const ParsedEvent* event = line.kind == LineKind::kEvent ? &events[next_event++] : nullptr;
+    if (!OnLine(line, event)) return false;
+  }
+  return true;
+}
+
+bool EventReader::OnLine(const LineClass& line, const ParsedEvent* event) {
+  if (event != nullptr) return OnEvent(*event);
   if (line.kind == LineKind::kFrameCode) {
     OnFrameCode(line.body);
     return true;
@@ -146,7 +187,7 @@ EventReader::Counted EventReader::Count(const EventFields& fields, uint32_t (&ti
   return Counted::kRead;
 }
 
-bool EventReader::OnEvent(std::string_view text) {
+bool EventReader::OnEvent(const ParsedEvent& event) {
   seenEvent_ = true;
   skipping_ = false;
   // A bad event line still ends the event above it, which is complete.
@@ -155,10 +196,8 @@ bool EventReader::OnEvent(std::string_view text) {
     skipping_ = true;
     return Problem(lineNumber_, kind, problem);
   };
-  EventFields fields;
-  if (const char* problem = ParseEventLine(text, fields)) {
-    return skip(WarningKind::kBadEventLine, problem);
-  }
+  if (event.problem != nullptr) return skip(WarningKind::kBadEventLine, event.problem);
+  const EventFields& fields = event.fields;
   uint32_t times[4];
   const Counted counted = Count(fields, times);
   if (counted != Counted::kRead) {

@@ -49,6 +49,7 @@
 
 #include "cmx3600/event.h"
 #include "cmx3600/line.h"
+#include "cmx3600/rate_scan.h"
 #include "cmx3600/track_spans.h"
 #include "cmx3600/warning.h"
 #include "timecode/frame_rate.h"
@@ -64,6 +65,10 @@ struct ReadSettings {
   // note or the FCM: lines above the first event say (FCM: lines still set
   // the counting of the source timecodes after them).
   bool keepRate = false;
+  // The list counts at the rate its own text gives (ScanRate's), not at
+  // `rate`; keepRate is then ignored. The reader parses the whole text before
+  // it hands on the first event, so that each line is parsed once.
+  bool findRate = false;
 };
 
 class EventReader {
@@ -81,6 +86,8 @@ class EventReader {
   bool Read(std::string_view text);
 
   uint32_t warnings() const { return warnings_; }
+  // Where findRate found the rate; after Read.
+  const RateScan& rateScan() const { return rateScan_; }
 
  private:
   struct Pending {
@@ -120,9 +127,16 @@ class EventReader {
     std::string clipName;
   };
 
-  // Each returns false when the line stops the reading.
-  bool OnLine(std::string_view line);
-  bool OnEvent(std::string_view text);
+  // An event line as parsed: `problem` says what is wrong with it, or null.
+  struct ParsedEvent {
+    const char* problem;
+    EventFields fields;
+  };
+  bool ReadFindingRate(std::string_view text);
+  // Each returns false when the line stops the reading. `event`: the
+  // parse of an event line (null for any other).
+  bool OnLine(const LineClass& line, const ParsedEvent* event);
+  bool OnEvent(const ParsedEvent& event);
   bool OnAudio(std::string_view numbers);
   void OnSpeed(std::string_view line);
   void OnFrameCode(std::string_view value);
@@ -143,6 +157,8 @@ class EventReader {
   bool sourceDrop_;           // the counting of source timecodes
   bool strict_;
   bool keepRate_;
+  bool findRate_;
+  RateScan rateScan_;
   bool seenEvent_ = false;
   bool ownList_ = false;  // this codec's own frame rate note was read
   bool skipping_ = false;  // the notes of a skipped event line

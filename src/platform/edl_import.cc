@@ -187,18 +187,42 @@ void OnEvent(void* context, const cmx3600::Event& event) {
   if (event.aux != 0) AddAux(import.space, line, event.aux, event.line);
 }
 
+uint32_t SourceCode(cmx3600::RateSource source) {
+  switch (source) {
+    case cmx3600::RateSource::kOwnNote:
+      return EDL_RATE_OWN_NOTE;
+    case cmx3600::RateSource::kDropFrame:
+      return EDL_RATE_DROP_FRAME;
+    case cmx3600::RateSource::kFrameFields:
+      return EDL_RATE_FRAME_FIELDS;
+    case cmx3600::RateSource::kNoEvents:
+      break;
+  }
+  return EDL_RATE_NO_EVENTS;
+}
+
 }  // namespace
 
 uint32_t ImportText(CTimeCodeSpace* space, std::string_view text, const EDLSETTINGS* settings,
-                    const char* label, EDLWARNINGFN on_warning, void* context) {
+                    const char* label, EDLWARNINGFN on_warning, void* context,
+                    EDLREADRATE* rate) {
   Import import{space, label != nullptr ? "edlReadFile" : "edlReadText", label, on_warning,
                 context, 0, {}, {}};
   cmx3600::ReadSettings read;
   read.rate = RateOf(settings);
   read.strict = settings != nullptr && settings->strict != 0;
   read.keepRate = settings != nullptr && settings->keepRate != 0;
+  read.findRate = settings != nullptr && settings->findRate != 0;
   cmx3600::EventReader reader(read, &OnEvent, &OnWarning, &import);
-  return reader.Read(text) ? TCS_OK : TCS_ERR_BAD_ARGUMENTS;
+  const bool whole = reader.Read(text);
+  if (rate != nullptr) {
+    const cmx3600::RateScan& scan = reader.rateScan();
+    const timecode::FrameRate counted = read.findRate ? scan.rate : read.rate;
+    *rate = {counted.fps, counted.dropFrame ? 1u : 0u,
+             read.findRate ? SourceCode(scan.source) : EDL_RATE_GIVEN, scan.highestFrame,
+             scan.eventLines};
+  }
+  return whole ? TCS_OK : TCS_ERR_BAD_ARGUMENTS;
 }
 
 }  // namespace tcs::translator

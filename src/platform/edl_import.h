@@ -20,9 +20,11 @@ namespace tcs::translator {
 
 // `label` is the file's path, named in log lines ("edlReadFile(<label>) line
 // 4: ..."); null for a text from memory ("edlReadText line 4: ...").
+// `rate`, when not null, receives the rate the list was counted at.
 // 0, or TCS_ERR_BAD_ARGUMENTS where strict mode stopped.
 uint32_t ImportText(CTimeCodeSpace* space, std::string_view text, const EDLSETTINGS* settings,
-                    const char* label, EDLWARNINGFN on_warning, void* context);
+                    const char* label, EDLWARNINGFN on_warning, void* context,
+                    EDLREADRATE* rate);
 
 }  // namespace tcs::translator
 

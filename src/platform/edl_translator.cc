@@ -67,18 +67,24 @@ uint32_t edlReadFile(CTimeCodeSpace* space, const char* path, const EDLSETTINGS*
   if (path == nullptr || !tcs::translator::LoadFile(path, text)) {
     return LogStatus(path, TCS_RESULT_NONE, "cannot open or read the file");
   }
-  return tcs::translator::ImportText(space, text, settings, path, nullptr, nullptr);
+  return tcs::translator::ImportText(space, text, settings, path, nullptr, nullptr, nullptr);
 }
 
 uint32_t edlReadText(CTimeCodeSpace* space, const char* text, size_t size,
                      const EDLSETTINGS* settings, EDLWARNINGFN onWarning, void* context) {
+  return edlReadTextRate(space, text, size, settings, onWarning, context, nullptr);
+}
+
+uint32_t edlReadTextRate(CTimeCodeSpace* space, const char* text, size_t size,
+                         const EDLSETTINGS* settings, EDLWARNINGFN onWarning, void* context,
+                         EDLREADRATE* rate) {
   if (space == nullptr) return LogTextStatus(TCS_ERR_NULL_SPACE, "no space");
   if (&_tcsAddEdlLine == nullptr) {
     return LogTextStatus(TCS_ERR_NULL_SPACE, "the time code space library is not loaded");
   }
   if (text == nullptr && size != 0) return LogTextStatus(TCS_ERR_BAD_ARGUMENTS, "no text");
   return tcs::translator::ImportText(space, std::string_view(text, size), settings, nullptr,
-                                     onWarning, context);
+                                     onWarning, context, rate);
 }
 
 }  // extern "C"

@@ -27,8 +27,8 @@
 #pragma pack(push, 4)
 typedef struct EDLSETTINGS {
   uint32_t revision;         // 1: this layout
-  uint32_t framesPerSecond;  // timecode rate of the file: 24, 25, 30 ...; 0 (or above 99)
-                             // means 30; 29 and 59 mean 30 and 60
+  uint32_t framesPerSecond;  // timecode rate of the file: 24, 25, 30 ... 120; 0 (or above
+                             // 120) means 30; 29 and 59 mean 30 and 60
   uint32_t dropFrame;        // nonzero: drop-frame timecode (29.97 and 59.94 material, at 30
                              // and 60 frames per second; ignored at other rates)
   char title[256];           // the TITLE: line written on export; empty: the file's name
@@ -37,7 +37,10 @@ typedef struct EDLSETTINGS {
   uint32_t keepRate;         // reading: nonzero counts the record timecodes at
                              // framesPerSecond and dropFrame whatever the file's own frame
                              // rate note or its FCM: lines above the first event say
-  uint8_t reserved276[4012];
+  uint32_t findRate;         // reading: nonzero counts the list at the rate its own text gives
+                             // (EDLREADRATE says how), not at framesPerSecond and dropFrame;
+                             // keepRate is then ignored
+  uint8_t reserved280[4008];
   uint32_t lineWord;         // copied by the library into every line's settingsWord
   uint8_t reserved4292[4236];
 } EDLSETTINGS;
@@ -54,6 +57,25 @@ typedef struct EDLWARNING {
   const char* text;
 } EDLWARNING;
 typedef void (*EDLWARNINGFN)(void* context, const EDLWARNING* warning);
+
+// Where the rate a list was read at came from.
+#define EDL_RATE_GIVEN 0u         // the settings' (or 30 without settings)
+#define EDL_RATE_OWN_NOTE 1u      // the list's own "* TCS FRAME RATE:" note
+#define EDL_RATE_DROP_FRAME 2u    // FCM: DROP FRAME above the first event, or ';' timecodes
+#define EDL_RATE_FRAME_FIELDS 3u  // the highest frame field of its event lines
+#define EDL_RATE_NO_EVENTS 4u     // nothing to go by: 30
+
+// The rate a read counted a list at, and how it was found (findRate): to
+// 23 the highest frame field gives 24, 24 gives 25, to 29 gives 30, to 59
+// gives 60; drop-frame gives 29.97 (59.94 where frames pass 29). A list's
+// own note may still set the rate of what follows it.
+typedef struct EDLREADRATE {
+  uint32_t framesPerSecond;
+  uint32_t dropFrame;
+  uint32_t source;        // EDL_RATE_*
+  uint32_t highestFrame;  // findRate: the highest frame field of the event lines
+  uint64_t eventLines;    // findRate: the lines that read as event lines
+} EDLREADRATE;
 
 #ifdef __cplusplus
 extern "C" {
@@ -101,6 +123,11 @@ TCS_EXPORT uint32_t edlReadFile(CTimeCodeSpace* space, const char* path,
 TCS_EXPORT uint32_t edlReadText(CTimeCodeSpace* space, const char* text, size_t size,
                                 const EDLSETTINGS* settings, EDLWARNINGFN onWarning,
                                 void* context);
+// edlReadText, and `rate` (when not null) receives the rate the list was
+// counted at, whenever the read got as far as the text.
+TCS_EXPORT uint32_t edlReadTextRate(CTimeCodeSpace* space, const char* text, size_t size,
+                                    const EDLSETTINGS* settings, EDLWARNINGFN onWarning,
+                                    void* context, EDLREADRATE* rate);
 
 #ifdef __cplusplus
 }  // extern "C"
@@ -112,6 +139,8 @@ static_assert(offsetof(EDLSETTINGS, dropFrame) == 8);
 static_assert(offsetof(EDLSETTINGS, title) == 12);
 static_assert(offsetof(EDLSETTINGS, strict) == 268);
 static_assert(offsetof(EDLSETTINGS, keepRate) == 272);
+static_assert(offsetof(EDLSETTINGS, findRate) == 276);
+static_assert(sizeof(EDLREADRATE) == 24 && offsetof(EDLREADRATE, eventLines) == 16);
 static_assert(sizeof(EDLWARNING) == 24 && offsetof(EDLWARNING, text) == 16);
 static_assert(offsetof(EDLSETTINGS, lineWord) == EDLSETTINGS_LINE_WORD_OFFSET);
 #endif

@@ -370,6 +370,13 @@ std::vector<Row> Rows() {
       {"edlReadText", kPopulated, "a null text of nonzero size",
        [](Scene& f) { return edlReadText(f.h, nullptr, 5, nullptr, nullptr, nullptr); },
        0xA8087013, {"edlReadText: no text (0xA8087013)"}},
+      {"edlReadTextRate", kPopulated, "a null text of nonzero size (the rate left as it was)",
+       [](Scene& f) {
+         EDLREADRATE rate{77, 0, 0, 0, 0};
+         const uint32_t status = edlReadTextRate(f.h, nullptr, 5, nullptr, nullptr, nullptr, &rate);
+         return rate.framesPerSecond == 77 ? status : 0;
+       },
+       0xA8087013, {"edlReadText: no text (0xA8087013)"}},
       {"clsPlayedSource", kPopulated, "a null clip",
        [](Scene&) {
          clsSetClipSpeed(nullptr, 1000, 0);

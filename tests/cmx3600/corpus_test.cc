@@ -44,12 +44,16 @@ struct Read {
   std::vector<Kept> events;
   std::map<W, int> warnings;
   std::vector<uint32_t> warnedLines;
+  RateScan found;  // find_rate: where the reader found the rate
 };
 
-Read ReadText(const std::string& text, FrameRate rate) {
+// At `rate`, or (find_rate) at the rate the reader finds in the text.
+Read ReadText(const std::string& text, FrameRate rate, bool find_rate = false) {
   Read out;
+  ReadSettings settings{rate};
+  settings.findRate = find_rate;
   EventReader reader(
-      {rate, false},
+      settings,
       [](void* c, const Event& e) {
         static_cast<Read*>(c)->events.push_back(
             {e.line, e.sourceIn, e.sourceOut, e.recordIn, e.recordOut, e.video, e.audio,
@@ -64,6 +68,7 @@ Read ReadText(const std::string& text, FrameRate rate) {
       },
       &out);
   EXPECT_TRUE(reader.Read(text));
+  out.found = reader.rateScan();
   return out;
 }
 
@@ -207,6 +212,15 @@ TEST(Cmx3600Corpus, EveryListReadAsItsTextSays) {
     const Read read = ReadText(text, scan.rate);
     EXPECT_EQ(PerTrack(read.events), c.tracks);
     EXPECT_EQ(read.warnings, c.warnings);
+    // The reader that finds the rate itself, in its one parse of the text,
+    // finds the scan's and reads the same, whatever rate it is handed.
+    const Read found = ReadText(text, timecode::MakeFrameRate(c.fps == 24 ? 60 : 24, false), true);
+    EXPECT_EQ(found.found.rate, scan.rate);
+    EXPECT_EQ(found.found.source, scan.source);
+    EXPECT_EQ(found.found.highestFrame, scan.highestFrame);
+    EXPECT_EQ(found.found.eventLines, scan.eventLines);
+    EXPECT_EQ(found.events, read.events);
+    EXPECT_EQ(found.warnedLines, read.warnedLines);
     for (const Spot& spot : c.spots) {
       SCOPED_TRACE(spot.line);
       const auto found = std::find_if(read.events.begin(), read.events.end(),

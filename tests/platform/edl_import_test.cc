@@ -102,6 +102,53 @@ CClip* ClipAt(CTimeCodeSpace* space, uint32_t frame, uint32_t* source) {
 // An M2 speed stays with its clip, also with both halves of a clip a later
 // event splits, and the clip library plays the source it says: half speed,
 // reverse, a freeze frame, rounded down.
+// The rate a read counts at: the settings', any whole rate up to 120 (three-
+// digit frame fields from 100 on), or, asked to find it, the one the text
+// gives, said with where it came from; a list's own rate note still sets the
+// rate of what follows it.
+TEST(EdlReadText, CountsAtTheRateGivenOrTheOneItFinds) {
+  struct Case {
+    const char* list;
+    uint32_t fps;  // given; 0: found
+    uint32_t expectFps, expectDrop, source, highest;
+    uint32_t recordOut;  // of the first event
+  };
+  const char* const kEvent = "001  AX  V  C  00:00:00:00 00:00:01:50 00:00:00:00 00:00:01:50\n";
+  const std::string drop = std::string("FCM: DROP FRAME\n") +
+                           "001  AX  V  C  00:00:00:00 00:01:00:02 00:00:00:00 00:01:00:02\n";
+  const std::string own = std::string("* TCS FRAME RATE: 100\n") + kEvent;
+  const Case cases[] = {
+      {kEvent, 100, 100, 0, EDL_RATE_GIVEN, 0, 150},
+      {kEvent, 120, 120, 0, EDL_RATE_GIVEN, 0, 170},
+      {kEvent, 121, 30, 0, EDL_RATE_GIVEN, 0, 80},
+      {kEvent, 0, 60, 0, EDL_RATE_FRAME_FIELDS, 50, 110},
+      {drop.c_str(), 0, 30, 1, EDL_RATE_DROP_FRAME, 2, 1800},
+      {own.c_str(), 0, 100, 0, EDL_RATE_OWN_NOTE, 50, 150},
+      {"TITLE: none\n", 0, 30, 0, EDL_RATE_NO_EVENTS, 0, 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.list) + " at " + std::to_string(c.fps));
+    EDLSETTINGS settings;
+    edlInitSettings(&settings, c.fps, 0);
+    settings.findRate = c.fps == 0 ? 1 : 0;
+    tcs_test::OpenedSpace space;
+    EDLREADRATE rate{};
+    ASSERT_EQ(edlReadTextRate(space.get(), c.list, std::strlen(c.list), &settings,
+                              [](void*, const EDLWARNING*) {}, nullptr, &rate),
+              0u);
+    EXPECT_EQ(rate.framesPerSecond, c.expectFps);
+    EXPECT_EQ(rate.dropFrame, c.expectDrop);
+    EXPECT_EQ(rate.source, c.source);
+    EXPECT_EQ(rate.highestFrame, c.highest);
+    EXPECT_EQ(rate.eventLines, c.fps == 0 && c.recordOut != 0 ? 1u : 0u);
+    TCSCLIP row;
+    unsigned int count = 0;
+    unsigned int next = 0;
+    ASSERT_EQ(tcsGetClips(space.get(), 0, 0, TCS_NO_TIMECODE, &row, 1, &count, &next), 0u);
+    EXPECT_EQ(count == 1 ? row.start + row.length : 0, c.recordOut);
+  }
+}
+
 TEST(EdlReadText, SpeedsStayWithTheirClipsThroughEdits) {
   const std::string text =
       "001  AX  V  C  00:00:00:00 00:00:01:00 00:00:00:00 00:00:02:00\n"

@@ -29,8 +29,9 @@
 namespace tcs::cli {
 namespace {
 
-// Files of at least this many events show progress while they are read.
-constexpr uint64_t kProgressEvents = 100000;
+// Files of at least this many bytes (some 40,000 events) show progress
+// while they are read.
+constexpr uint64_t kProgressBytes = 4 << 20;
 constexpr uint64_t kProgressEvery = 4096;  // clips added between updates
 
 // The file's name without its directory and extension.
@@ -77,7 +78,7 @@ Timeline::Timeline(const std::string& path, std::optional<FrameRate> rate,
   if (!host::LoadFile(path, text)) Fail(path + ": " + std::strerror(errno));
   read_ = host::ScanEdlText(text, rate, "--fps");
   title_ = read_.title ? *read_.title : FileStem(path);
-  showProgress_ = isatty(2) && read_.eventLines >= kProgressEvents;
+  showProgress_ = isatty(2) && text.size() >= kProgressBytes;
 
   space_ = tcsOpen(nullptr, nullptr, nullptr);
   if (space_ == nullptr) Fail(path + ": no space could be opened");
