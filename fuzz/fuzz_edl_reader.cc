@@ -152,7 +152,25 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const EDLSETTINGS* rate = (pick & 4) != 0 ? &settings : nullptr;
 
   FuzzHost read(nullptr);
-  edlReadText(read.space, reinterpret_cast<const char*>(data), size, rate, &IgnoreWarning, nullptr);
+  if ((pick & 0x14) == 0x14) {
+    // The rate found in the reader's one parse is the rate scan's.
+    settings.findRate = 1;
+    EDLREADRATE found{};
+    edlReadTextRate(read.space, reinterpret_cast<const char*>(data), size, rate, &IgnoreWarning,
+                    nullptr, &found);
+    const tcs::cmx3600::RateScan scan =
+        tcs::cmx3600::ScanRate(std::string_view(reinterpret_cast<const char*>(data), size));
+    if (found.framesPerSecond != scan.rate.fps || (found.dropFrame != 0) != scan.rate.dropFrame ||
+        found.highestFrame != scan.highestFrame || found.eventLines != scan.eventLines) {
+      FuzzHost::Broken("the rate the reader found is not the rate scan's");
+    }
+    settings.framesPerSecond = found.framesPerSecond;
+    settings.dropFrame = found.dropFrame;
+    settings.findRate = 0;
+  } else {
+    edlReadText(read.space, reinterpret_cast<const char*>(data), size, rate, &IgnoreWarning,
+                nullptr);
+  }
   read.Check();
   if (tcsWriteEdl(read.space, first.c_str(), 0, rate) != 0) {
     FuzzHost::Broken("the export could not write its file");

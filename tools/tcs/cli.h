@@ -31,6 +31,14 @@ class CliError : public std::runtime_error {
   int status_;
 };
 
+// "1 clip", "3 clips": a count and its noun, the noun's plural ending in s.
+inline std::string Counted(size_t count, std::string_view noun) {
+  std::string text = std::to_string(count) + ' ';
+  text.append(noun);
+  if (count != 1) text += 's';
+  return text;
+}
+
 [[noreturn]] void Fail(const std::string& message);       // exit status 1
 [[noreturn]] void UsageFail(const std::string& message);  // exit status 2
 

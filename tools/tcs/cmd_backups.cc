@@ -47,7 +47,7 @@ int RunBackups(const Args& args) {
   const BoundSpace space(path);
   const uint32_t count = tcsGetNumberOfBackUpsAvailable(space.get());
   if (!restore) {
-    std::cout << path << ": " << count << (count == 1 ? " backup\n" : " backups\n");
+    std::cout << path << ": " << Counted(count, "backup") << '\n';
     return 0;
   }
   if (*restore > count) {

@@ -25,8 +25,8 @@ int RunConvert(const Args& args) {
   size_t clips = 0;
   const std::vector<ChannelView> channels = ChannelsOf(timeline.space());
   for (const ChannelView& channel : channels) clips += channel.clips.size();
-  std::cout << "wrote " << out << " (" << to.name << ", " << clips << " clips on "
-            << channels.size() << (channels.size() == 1 ? " channel" : " channels");
+  std::cout << "wrote " << out << " (" << to.name << ", " << Counted(clips, "clip") << " on "
+            << Counted(channels.size(), "channel");
   if (backup) std::cout << "; the old file kept as " << *backup;
   std::cout << ")\n";
   return 0;

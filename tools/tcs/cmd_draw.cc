@@ -23,8 +23,8 @@ int RunDraw(const Args& args) {
   });
   size_t clips = 0;
   for (const ChannelView& channel : channels) clips += channel.clips.size();
-  std::cout << "wrote " << *out << " (" << clips << " clips on " << channels.size()
-            << (channels.size() == 1 ? " channel)\n" : " channels)\n");
+  std::cout << "wrote " << *out << " (" << Counted(clips, "clip") << " on "
+            << Counted(channels.size(), "channel") << ")\n";
   return 0;
 }
 

@@ -35,7 +35,7 @@ void PrintText(const Timeline& timeline) {
   ForEachChannel(timeline.space(), [&](const ChannelView& channel) {
     totals.Add(channel);
     std::cout << "\nchannel " << ChannelName(channel.channel) << " (" << channel.channel
-              << "): " << channel.clips.size() << (channel.clips.size() == 1 ? " clip" : " clips")
+              << "): " << Counted(channel.clips.size(), "clip")
               << '\n';
     // A speed column only where a clip of the channel has a speed (M2).
     const bool speeds = std::any_of(channel.clips.begin(), channel.clips.end(),
@@ -62,8 +62,8 @@ void PrintText(const Timeline& timeline) {
     }
     table.Print(std::cout, "  ");
   });
-  std::cout << "\ntotal: " << totals.clips << (totals.clips == 1 ? " clip" : " clips") << " on "
-            << totals.channels << (totals.channels == 1 ? " channel" : " channels") << ", "
+  std::cout << "\ntotal: " << Counted(totals.clips, "clip") << " on "
+            << Counted(totals.channels, "channel") << ", "
             << timeline.Tc(totals.end - totals.first) << " from " << timeline.Tc(totals.first)
             << " to " << timeline.Tc(totals.end) << '\n';
 }

@@ -264,7 +264,7 @@ void CheckNothingLost(CTimeCodeSpace* space, const std::string& written, FrameRa
   if (status != 0) Fail(out + " not written: the EDL written cannot be read back");
   if (differ == 0) return;
   Fail(out + " not written: read back, it would play something else at " +
-       std::to_string(differ) + (differ == 1 ? " place" : " places") + ", the first " +
+       Counted(differ, "place") + ", the first " +
        ChannelName(channel) + " " + timecode::TimecodeString(frame, rate));
 }
 
