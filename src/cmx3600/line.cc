@@ -55,8 +55,6 @@ bool StartsWithWord(std::string_view line, std::string_view upper_word) {
          IsDigit(line[upper_word.size()]);
 }
 
-// The number of timecodes a token holds when it is nothing but timecodes
-// run together; 0 otherwise.
 // How many timecodes a token holds, run together; 0 when it is not wholly
 // timecodes. The first `room` of them are kept in `out`.
 int TimecodesIn(std::string_view token, timecode::TimecodeText* out, int room) {
@@ -242,9 +240,8 @@ const char* ParseEventLine(std::string_view line, EventFields& out) {
   if (!SplitFields(line, tokens, count)) return "too many fields";
 
   // The four timecodes end the line, some of them perhaps run together;
-  // else four frame counts do.
-  // Scanned from the last token back, each token's timecodes in their order
-  // at the end of `scanned`.
+  // else four frame counts do. The tokens are scanned from the last back,
+  // each token's timecodes going in their order to the end of `scanned`.
   size_t head = count;
   int found = 0;
   timecode::TimecodeText scanned[4];

@@ -91,8 +91,8 @@ bool EventReader::Read(std::string_view text) {
 
 // The lines are classified and the event lines parsed first, the rate
 // found from them, and then they are read at that rate from what was kept:
-// each line is parsed once (a second parse was a sixth of reading a long
-// list).
+// each line is parsed once (a scan of its own before the read cost a third
+// as much again as the read of a long list).
 bool EventReader::ReadFindingRate(std::string_view text) {
   // Room for every line, reserved once: what the events do not fill is
   // never touched.
