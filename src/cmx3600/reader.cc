@@ -73,14 +73,15 @@ EventReader::EventReader(const ReadSettings& settings, EventSink on_event,
 
 bool EventReader::Read(std::string_view text) {
   lineNumber_ = 0;
-  const bool read = findRate_ ? ReadFindingRate(text) : ForEachLine(text, [this](std::string_view raw) {
+  const auto each_line = [this](std::string_view raw) {
     ++lineNumber_;
     const LineClass line = ClassifyLine(raw);
     if (line.kind != LineKind::kEvent) return OnLine(line, nullptr);
     ParsedEvent event;
     event.problem = ParseEventLine(line.body, event.fields);
     return OnLine(line, &event);
-  });
+  };
+  const bool read = findRate_ ? ReadFindingRate(text) : ForEachLine(text, each_line);
   if (!read) {
     pending_.active = key_.active = false;
     return false;
