@@ -13,6 +13,7 @@
 #include "record/clip_info.h"
 #include "platform/clip_speed.h"
 #include "platform/clip_slab.h"
+#include "platform/clip_counting.h"
 #include "platform/clip_notes.h"
 #include "space/clip_callback.h"
 #include "space/space_api.h"

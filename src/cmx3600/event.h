@@ -11,6 +11,10 @@
 
 namespace tcs::cmx3600 {
 
+// How an event's source timecodes count: as the list's record timecodes,
+// or, at rates that have drop-frame, as the FCM: line in force says.
+enum class SourceCounting : uint8_t { kAsList, kDropFrame, kNonDrop };
+
 struct Event {
   uint32_t number = 0;  // the event number as written
   uint32_t line = 0;    // the file line of its event line (reader only)
@@ -37,6 +41,10 @@ struct Event {
   int32_t speedMilliFps = 0;
   uint32_t speedEntry = 0;
   uint32_t speedLine = 0;  // the file line of the M2 line (reader only)
+  // The source timecodes' counting (the M2 entry's too). The reader gives
+  // drop-frame or non-drop at rates that have drop-frame; the writer writes
+  // the timecodes so and leaves the FCM: lines to its caller.
+  SourceCounting sourceCounting = SourceCounting::kAsList;
   std::string_view reel;
   std::string_view name;
   std::string_view clipName;  // the short clip name of this codec's own note

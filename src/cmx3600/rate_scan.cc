@@ -19,11 +19,13 @@ RateScan ScanRate(std::string_view text) {
 }
 
 void RateScanner::Add(const LineClass& line, const EventFields* parsed) {
-  if (line.kind == LineKind::kFrameCode && scan_.eventLines == 0) {
+  if (line.kind == LineKind::kFrameCode && scan_.eventLines == 0 && !afterRateNote_) {
     listDrop_ = StartsWithUpper(line.body, "DROP");
   } else if (line.kind == LineKind::kNote) {
     std::string_view value;
     if (LabelOf(line.body, value) == NoteLabel::kOwnRate) {
+      // FCM: lines after it count the source timecodes only.
+      afterRateNote_ = true;
       uint32_t fps = 0;
       for (char c : value) {
         if (c < '0' || c > '9' || fps > timecode::kMaxFps) break;

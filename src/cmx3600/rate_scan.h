@@ -45,7 +45,8 @@ class RateScanner {
  private:
   RateScan scan_;
   uint32_t ownFps_ = 0;
-  bool listDrop_ = false;  // the FCM: line above the first event
+  bool listDrop_ = false;  // the FCM: line above the first event and the rate note
+  bool afterRateNote_ = false;
   bool semicolon_ = false;
 };
 

@@ -284,6 +284,7 @@ void EventReader::Start(Pending& p, const EventFields& fields, const uint32_t (&
   p.code = fields.wipeCode;
   p.duration = fields.duration;
   std::memcpy(p.times, times, sizeof p.times);
+  p.sourceDrop = sourceDrop_;
   p.video = fields.tracks.video;
   p.audio = fields.tracks.audio;
   p.aux = 0;
@@ -372,13 +373,14 @@ void EventReader::OnFrameCode(std::string_view value) {
     return;
   }
   sourceDrop_ = drop;
-  if (!seenEvent_ && !keepRate_) rate_.dropFrame = drop;
+  if (!seenEvent_ && !keepRate_ && !afterRateNote_) rate_.dropFrame = drop;
 }
 
 void EventReader::OnNote(std::string_view body) {
   std::string_view value;
   const NoteLabel label = LabelOf(body, value);
   if (label == NoteLabel::kOwnRate) {
+    afterRateNote_ = true;
     uint32_t fps = 0;
     if (!ForEachNumber(value, [&](uint32_t n) { return fps == 0 && (fps = n) != 0; }) ||
         fps > timecode::kMaxFps) {
@@ -495,6 +497,9 @@ void EventReader::Emit(Pending& p) {
   event.line = p.line;
   event.sourceIn = p.times[0];
   event.sourceOut = p.times[1];
+  if (timecode::CanDropFrame(rate_.fps)) {
+    event.sourceCounting = p.sourceDrop ? SourceCounting::kDropFrame : SourceCounting::kNonDrop;
+  }
   if (p.times[1] - p.times[0] != record_length || p.times[1] < p.times[0]) {
     // The clip's length on the timeline comes from its source points. A
     // speed says why they differ; without one, the file is said to.

@@ -22,8 +22,10 @@
 //  - Lines of the same event number with the same reel, edit and timecodes
 //    (one line per track, as some tools write them) are one event.
 //  - FCM: lines before the first event set the list's counting (record
-//    timecodes); every FCM: line sets the counting of the source timecodes of
+//    timecodes), up to this codec's own rate note, which follows the list's
+//    FCM: line; every FCM: line sets the counting of the source timecodes of
 //    the events after it, as tools that mix drop and non-drop tapes write.
+//    Each event says how its source timecodes counted.
 //  - An M2 line naming the event's reel gives its speed; one naming the
 //    outgoing reel of a two-line transition is reported and not kept. Speed
 //    changes no timing: an event keeps its record in and out; where its
@@ -109,6 +111,7 @@ class EventReader {
     bool ownEffect = false;
     uint32_t ownCode = 0;
     uint32_t ownDuration = 0;
+    bool sourceDrop = false;  // the counting of its source timecodes
     bool hasSpeed = false;
     int32_t speedMilliFps = 0;
     uint32_t speedEntry = 0;
@@ -161,6 +164,7 @@ class EventReader {
   RateScan rateScan_;
   bool seenEvent_ = false;
   bool ownList_ = false;  // this codec's own frame rate note was read
+  bool afterRateNote_ = false;  // a line labelled as that note was read
   bool skipping_ = false;  // the notes of a skipped event line
   EventSink onEvent_;
   WarningSink onWarning_;

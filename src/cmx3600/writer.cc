@@ -156,7 +156,7 @@ std::string_view ReelField(std::string_view reel, char (&field)[kReelWidth]) {
 void AppendEventLine(std::string& out, uint32_t number, std::string_view reel,
                      std::string_view tracks, const Event* effect, uint32_t source_in,
                      uint32_t source_out, uint32_t record_in, uint32_t record_out,
-                     timecode::FrameRate rate) {
+                     timecode::FrameRate source_rate, timecode::FrameRate rate) {
   AppendNumber(out, number, 3);
   out += "  ";
   AppendPadded(out, reel, kReelWidth);
@@ -177,14 +177,22 @@ void AppendEventLine(std::string& out, uint32_t number, std::string_view reel,
                  3);
     out += ' ';
   }
-  AppendTimecode(out, source_in, rate);
+  AppendTimecode(out, source_in, source_rate);
   out += ' ';
-  AppendTimecode(out, source_out, rate);
+  AppendTimecode(out, source_out, source_rate);
   out += ' ';
   AppendTimecode(out, record_in, rate);
   out += ' ';
   AppendTimecode(out, record_out, rate);
   out.append(kLineEnd);
+}
+
+// The counting of an event's source timecodes.
+timecode::FrameRate SourceRate(const Event& event, timecode::FrameRate rate) {
+  if (event.sourceCounting == SourceCounting::kAsList || !timecode::CanDropFrame(rate.fps)) {
+    return rate;
+  }
+  return timecode::MakeFrameRate(rate.fps, event.sourceCounting == SourceCounting::kDropFrame);
 }
 
 }  // namespace
@@ -204,16 +212,21 @@ void AppendHeader(std::string& out, std::string_view title, timecode::FrameRate 
   out += "TITLE: ";
   AppendFlat(out, title);
   out.append(kLineEnd);
-  out += rate.dropFrame ? "FCM: DROP FRAME" : "FCM: NON-DROP FRAME";
-  out.append(kLineEnd);
+  AppendFrameCode(out, rate.dropFrame);
   out += "* TCS FRAME RATE: ";
   AppendNumber(out, rate.fps, 1);
   out.append(kLineEnd);
   out.append(kLineEnd);
 }
 
+void AppendFrameCode(std::string& out, bool drop_frame) {
+  out += drop_frame ? "FCM: DROP FRAME" : "FCM: NON-DROP FRAME";
+  out.append(kLineEnd);
+}
+
 void AppendEvent(std::string& out, const Event& line, uint32_t number, timecode::FrameRate rate) {
   const Event& clip = line;
+  const timecode::FrameRate source_rate = SourceRate(line, rate);
   const std::string_view reel = clip.reel;
   const bool plain_reel = PlainReel(reel);
   const TrackSpelling tracks = SpellTracks(clip.video, clip.audio);
@@ -228,19 +241,19 @@ void AppendEvent(std::string& out, const Event& line, uint32_t number, timecode:
     char outgoing_field[kReelWidth];
     AppendEventLine(out, number, ReelField(line.outgoingReel, outgoing_field), tracks.field,
                     nullptr, line.outgoingSource, line.outgoingSource, line.recordIn,
-                    line.recordIn, rate);
+                    line.recordIn, source_rate, rate);
   }
   char reel_field[kReelWidth];
   const std::string_view reel_text = ReelField(reel, reel_field);
   AppendEventLine(out, number, reel_text, tracks.field, wipe ? &line : nullptr, clip.sourceIn,
-                  clip.sourceOut, line.recordIn, line.recordOut, rate);
+                  clip.sourceOut, line.recordIn, line.recordOut, source_rate, rate);
 
   if (tracks.aud3 || tracks.aud4) {
     out += tracks.aud3 ? "AUD   3" : "AUD    ";
     if (tracks.aud4) out += "   4";
     out.append(kLineEnd);
   }
-  if (clip.hasSpeed) AppendSpeed(out, reel_text, clip, rate);
+  if (clip.hasSpeed) AppendSpeed(out, reel_text, clip, source_rate);
   const std::string_view name = clip.name;
   if (two_lines) {
     if (!line.outgoingName.empty()) AppendNote(out, "FROM CLIP NAME:", line.outgoingName);

@@ -18,11 +18,17 @@ namespace tcs::cmx3600 {
 // Appends the TITLE:, FCM: and frame rate lines and a blank line.
 void AppendHeader(std::string& out, std::string_view title, timecode::FrameRate rate);
 
+// Appends an FCM: line. After the header it sets the counting of the source
+// timecodes of the events after it, for readers and for this codec's own.
+void AppendFrameCode(std::string& out, bool drop_frame);
+
 // Appends the lines of one event numbered `number`: the event line (a
 // transition with its outgoing source is preceded by the outgoing cut of no
 // length, and its notes name both clips, FROM and TO CLIP NAME), an AUD line
 // for audio tracks 3 and 4, FROM CLIP NAME:, one COMMENT: line per line of
-// the comment, and this codec's own notes where needed. Appends only:
+// the comment, and this codec's own notes where needed. Source timecodes
+// count as the event's sourceCounting says (the caller writes the FCM: line
+// that says so). Appends only:
 // a caller that reuses `out` allocates nothing once it has grown.
 void AppendEvent(std::string& out, const Event& event, uint32_t number, timecode::FrameRate rate);
 

@@ -34,8 +34,8 @@ uint32_t EachClip(CTimeCodeSpace* space, uint32_t channel, Each&& each) {
 }
 
 // What a listed row's record carries besides its timing: its texts (empty
-// where it has none, and for a row without a record) and the clip library's
-// speed. The texts are the record's own, valid while it stays in the space.
+// where it has none, and for a row without a record), the clip library's
+// speed and the counting of its source timecodes. The texts are the record's own, valid while it stays in the space.
 struct RecordTexts {
   std::string_view name;
   std::string_view reel;
@@ -45,6 +45,7 @@ struct RecordTexts {
   int32_t speedMilliFps = 0;  // thousandths of a source frame a second
   uint32_t speedEntry = 0;
   uint32_t bareNotes = 0;  // clsGetBareNotes: the comment's lines written bare
+  uint32_t sourceCounting = CLS_SOURCE_AS_LIST;  // clsGetSourceCounting
 };
 
 inline RecordTexts TextsOf(const TCSCLIP& row) {
@@ -57,6 +58,7 @@ inline RecordTexts TextsOf(const TCSCLIP& row) {
   texts.clipName = view(row.info->clipName);
   texts.hasSpeed = clsGetClipSpeed(row.info, &texts.speedMilliFps, &texts.speedEntry) != 0;
   texts.bareNotes = clsGetBareNotes(row.info);
+  texts.sourceCounting = clsGetSourceCounting(row.info);
   return texts;
 }
 

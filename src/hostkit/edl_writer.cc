@@ -33,14 +33,26 @@ struct Clip {
   // The line of the comment that names the outgoing clip (see Outgoing), not
   // written as a note; kNoLine for none.
   uint32_t outgoingNote;
+  bool sourceDrop;  // its source timecodes count drop-frame (see SourceDrop)
 
   // Everything an event carries, in the order events are written.
   auto Key() const {
     return std::tie(start, length, sourceIn, sourceOut, transition, effectCode, effectDuration,
                     texts.hasSpeed, texts.speedMilliFps, texts.speedEntry, texts.reel, texts.name,
-                    texts.clipName, texts.comment, outgoingSource, outgoingReel, outgoingName);
+                    texts.clipName, texts.comment, outgoingSource, outgoingReel, outgoingName,
+                    sourceDrop);
   }
 };
+
+// A clip read from a list that counted its source timecodes otherwise than
+// its record timecodes (an FCM: line above it) counts them so again, at a
+// rate that has drop-frame; any other counts them as the list.
+bool SourceDrop(const RecordTexts& texts, timecode::FrameRate rate) {
+  if (!timecode::CanDropFrame(rate.fps) || texts.sourceCounting == CLS_SOURCE_AS_LIST) {
+    return rate.dropFrame;
+  }
+  return texts.sourceCounting == CLS_SOURCE_DROP_FRAME;
+}
 
 Clip ClipOf(const TCSCLIP& row) {
   Clip clip{};
@@ -165,7 +177,7 @@ void EnterSpeedAtHead(Clip& clip, uint32_t fps) {
   clip.sourceOut = clip.sourceIn + clip.length;
 }
 
-uint32_t ListAll(CTimeCodeSpace* space, uint32_t fps, std::vector<Clip>& clips) {
+uint32_t ListAll(CTimeCodeSpace* space, timecode::FrameRate rate, std::vector<Clip>& clips) {
   unsigned int masks[3] = {};
   uint32_t status = tcsGetChannels(space, &masks[0], &masks[1], &masks[2]);
   if (status != TCS_OK) return status;
@@ -175,7 +187,10 @@ uint32_t ListAll(CTimeCodeSpace* space, uint32_t fps, std::vector<Clip>& clips) 
     status = EachClip(space, channel, [&clips](const TCSCLIP& row) { clips.push_back(ClipOf(row)); });
     if (status != TCS_OK) return status;
     KeepPlayed(clips, first);
-    for (size_t i = first; i < clips.size(); ++i) EnterSpeedAtHead(clips[i], fps);
+    for (size_t i = first; i < clips.size(); ++i) {
+      EnterSpeedAtHead(clips[i], rate.fps);
+      clips[i].sourceDrop = SourceDrop(clips[i].texts, rate);
+    }
     Outgoing(clips, first);
   }
   return TCS_OK;
@@ -200,6 +215,8 @@ cmx3600::Event EventOf(const Clip& clip) {
   event.outgoingSource = clip.outgoingSource;
   event.outgoingReel = clip.outgoingReel;
   event.outgoingName = clip.outgoingName;
+  event.sourceCounting = clip.sourceDrop ? cmx3600::SourceCounting::kDropFrame
+                                         : cmx3600::SourceCounting::kNonDrop;
   // The comment goes after the event's other lines (AppendCommentLines).
   return event;
 }
@@ -216,7 +233,7 @@ void AddChannel(cmx3600::Event& event, uint32_t channel) {
 
 uint32_t AppendSpaceEdl(CTimeCodeSpace* space, const EdlText& how, std::string& out) {
   std::vector<Clip> clips;
-  const uint32_t status = ListAll(space, how.rate.fps, clips);
+  const uint32_t status = ListAll(space, how.rate, clips);
   if (status != TCS_OK) return status;
   // Channel by channel the rows come in record order: a stable sort by
   // what an event carries keeps equal clips in channel order.
@@ -224,6 +241,9 @@ uint32_t AppendSpaceEdl(CTimeCodeSpace* space, const EdlText& how, std::string& 
                    [](const Clip& a, const Clip& b) { return a.Key() < b.Key(); });
 
   cmx3600::AppendHeader(out, how.title, how.rate);
+  // The FCM: line in force counts the source timecodes of the events after
+  // it; each event is preceded by one where its counting differs.
+  bool drop_in_force = how.rate.dropFrame;
   uint32_t number = 0;
   size_t i = 0;
   while (i < clips.size()) {
@@ -233,6 +253,10 @@ uint32_t AppendSpaceEdl(CTimeCodeSpace* space, const EdlText& how, std::string& 
     // At most one clip of a channel starts at a frame (KeepPlayed).
     for (; j < clips.size() && clips[j].Key() == clips[i].Key(); ++j) {
       AddChannel(event, clips[j].channel);
+    }
+    if (clips[i].sourceDrop != drop_in_force) {
+      drop_in_force = clips[i].sourceDrop;
+      cmx3600::AppendFrameCode(out, drop_in_force);
     }
     cmx3600::AppendEvent(out, event, ++number, how.rate);
     AppendNotes(out, clips[i]);

@@ -7,6 +7,7 @@
 #include "cmx3600/reader.h"
 #include "cmx3600/writer.h"
 #include "platform/clip.h"
+#include "platform/clip_counting.h"
 #include "platform/clip_notes.h"
 #include "platform/clip_speed.h"
 #include "platform/edl_rate.h"
@@ -178,8 +179,14 @@ void OnEvent(void* context, const cmx3600::Event& event) {
   line.unused80 = event.number;
   line.recordIn = event.recordIn;
   line.recordOut = event.recordOut;
-  // The clip library keeps the speed with the record, through every edit.
+  // The clip library keeps the speed with the record, through every edit,
+  // and how its source timecodes counted.
   if (event.hasSpeed) clsSetClipSpeed(&line.clip, event.speedMilliFps, event.speedEntry);
+  clsSetSourceCounting(&line.clip, event.sourceCounting == cmx3600::SourceCounting::kDropFrame
+                                       ? CLS_SOURCE_DROP_FRAME
+                                   : event.sourceCounting == cmx3600::SourceCounting::kNonDrop
+                                       ? CLS_SOURCE_NON_DROP
+                                       : CLS_SOURCE_AS_LIST);
   line.transition = event.transition ? EDLLINE_WIPE : EDLLINE_CUT;
   line.effectCode = event.effectCode;
   line.effectDuration = event.effectDuration;

@@ -1,6 +1,7 @@
 // Little-endian 32-bit values in the clip library's own bytes of CLIPINFO,
 // which the space copies with a record through every edit. Who uses which
 // bytes: libReserved[0..7] and libTrailer[0] the speed (clip_speed.h),
+// libTrailer[1] the counting of the source timecodes (clip_counting.h),
 // libTrailer[4..7] the forms of the comment's notes (clip_notes.h).
 #ifndef TCS_PLATFORM_LIB_BYTES_H_
 #define TCS_PLATFORM_LIB_BYTES_H_

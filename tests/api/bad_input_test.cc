@@ -377,6 +377,14 @@ std::vector<Row> Rows() {
          return rate.framesPerSecond == 77 ? status : 0;
        },
        0xA8087013, {"edlReadText: no text (0xA8087013)"}},
+      {"clsSetSourceCounting", kPopulated, "a null clip, and a counting it does not know",
+       [](Scene&) {
+         CLIPINFO info{};
+         clsSetSourceCounting(nullptr, CLS_SOURCE_DROP_FRAME);
+         clsSetSourceCounting(&info, CLS_SOURCE_NON_DROP + 1);
+         return clsGetSourceCounting(nullptr) + clsGetSourceCounting(&info);
+       },
+       CLS_SOURCE_AS_LIST, kNoLog},
       {"clsPlayedSource", kPopulated, "a null clip",
        [](Scene&) {
          clsSetClipSpeed(nullptr, 1000, 0);

@@ -25,12 +25,13 @@ namespace {
 using tcs::timecode::FrameRate;
 
 // A clip as a list carries it: channel, start, length, the source frames it
-// plays (at its speed), texts, transition and speed. A speed clip cut at its
+// plays (at its speed), texts, transition, speed and the counting of its
+// source timecodes. A speed clip cut at its
 // head may come back with its source in and speed entry moved together,
 // playing the same frames.
 using Carried = std::tuple<uint32_t, uint32_t, uint32_t, std::vector<uint32_t>, std::string,
                            std::string, std::string, std::string, bool, uint32_t, uint32_t,
-                           int32_t>;
+                           int32_t, uint32_t>;
 
 // The speed of a clip as thousandths of a frame per second and its entry;
 // a clip without one says 1 frame per second in reverse, a speed the random
@@ -83,7 +84,7 @@ class Space {
           clips.emplace_back(channel, r.start, r.length, std::move(played), Str(info.name),
                              Str(info.reel), Str(info.clipName), Str(info.comment),
                              r.effectText[0] != '\0', r.effectCode, r.effectDuration,
-                             SpeedOf(info).first);
+                             SpeedOf(info).first, clsGetSourceCounting(&info));
         }
       } while (from != TCS_NO_TIMECODE && count > 0);
     }
@@ -257,6 +258,11 @@ TEST(EdlWriter, RandomSpacesComeBackClipForClip) {
         e.speedMilliFps = speeds[rng() % std::size(speeds)];
         e.speedEntry = e.sourceIn;
       }
+      // Source timecodes counted otherwise from here on, also above the
+      // first event.
+      if (tcs::timecode::CanDropFrame(rate.fps) && rng() % 6 == 0) {
+        tcs::cmx3600::AppendFrameCode(text, rng() % 2 == 0);
+      }
       tcs::cmx3600::AppendEvent(text, e, n, rate);
     }
     Space space;
@@ -403,6 +409,45 @@ TEST(EdlWriter, TransitionsKeepTheOutgoingNameTheListGave) {
                                                     {"BL", 0, "ghost"},
                                                     {"R3", 270025, "three"}}));
   ExpectRoundTrip(space, rate, "outgoing names");
+}
+
+// Source timecodes counted otherwise than the record timecodes (an FCM:
+// line above their event) go back so: an FCM: line before each event whose
+// counting differs from the one in force, the first event's included, and
+// the list's own counting of its record timecodes stays.
+TEST(EdlWriter, FrameCodeLinesGoBackBeforeTheEventsTheyCount) {
+  const FrameRate ndf = tcs::timecode::MakeFrameRate(30, false);
+  const std::string list =
+      "TITLE: Mixed tapes\r\n"
+      "FCM: NON-DROP FRAME\r\n"
+      "* TCS FRAME RATE: 30\r\n"
+      "FCM: DROP FRAME\r\n"
+      "001  R1       V     C        01:10:00;02 01:10:01;02 00:00:00:00 00:00:01:00\r\n"
+      "002  R2       V     C        01:10:00;02 01:10:01;02 00:00:01:00 00:00:02:00\r\n"
+      "FCM: NON-DROP FRAME\r\n"
+      "003  R3       V     C        01:10:00:02 01:10:01:02 00:00:02:00 00:00:03:00\r\n";
+  Space space;
+  space.Read(list, ndf);
+  std::vector<uint32_t> sources;
+  for (const Carried& clip : space.Clips()) sources.push_back(std::get<3>(clip).front());
+  // 70 minutes drop 126 frames; a non-drop label counts them all.
+  EXPECT_EQ(sources, (std::vector<uint32_t>{125876, 125876, 126002}));
+  const std::string text = space.Written(ndf, "Mixed tapes");
+  EXPECT_NE(text.find("* TCS FRAME RATE: 30\r\n\r\nFCM: DROP FRAME\r\n001  R1       V     C        "
+                      "01:10:00;02 01:10:01;02 00:00:00:00 00:00:01:00\r\n002"),
+            std::string::npos)
+      << text;
+  EXPECT_NE(text.find("FCM: NON-DROP FRAME\r\n003  R3       V     C        01:10:00:02"),
+            std::string::npos)
+      << text;
+  ExpectRoundTrip(space, ndf, "mixed tapes");
+  // Read at drop-frame (the record timecodes too), the same list's first two
+  // events count as the list and need no FCM: line of their own.
+  const FrameRate df = tcs::timecode::MakeFrameRate(30, true);
+  Space dropped;
+  dropped.Read(list, df);
+  EXPECT_EQ(dropped.Written(df).find("FCM: DROP FRAME\r\n001"), std::string::npos);
+  ExpectRoundTrip(dropped, df, "mixed tapes, drop-frame list");
 }
 
 // A speed clip cut at its head goes out from the source frame it starts on,
