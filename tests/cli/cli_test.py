@@ -308,6 +308,21 @@ class Tool(unittest.TestCase):
         self.assertEqual(channel(ndf, "V1")[0]["recordInFrame"], 108000 + 130)
         for rate in ("23.98", "29.97df", "59.94df", "48", "120"):
             self.assertEqual(tcs("info", EXAMPLE, "--fps", rate).returncode, 0, rate)
+        # 100 fps and more: three-digit frame fields, counted at the rate asked.
+        fast = self.path("fast.edl", "001  AX  V  C  00:00:00:00 00:00:01:50 00:00:00:00 00:00:01:50\n")
+        self.assertEqual(channel(tcs_json("info", fast, "--fps", "100"), "V1")[0]["recordOutFrame"], 150)
+        # A tape counted drop-frame in a non-drop list: its source timecodes
+        # are shown and written back as the FCM: line above it counted them.
+        mixed = self.path("mixed.edl", "TITLE: MIXED\nFCM: NON-DROP FRAME\n"
+                          "001  R1  V  C  01:00:00:00 01:00:01:29 00:00:00:00 00:00:01:29\n"
+                          "FCM: DROP FRAME\n"
+                          "002  R2  V  C  01:10:00;00 01:10:01;00 00:00:01:29 00:00:02:29\n")
+        clips = channel(tcs_json("info", mixed), "V1")
+        self.assertEqual([c["sourceIn"] for c in clips], ["01:00:00:00", "01:10:00;00"])
+        self.assertEqual(clips[0]["recordOut"], "00:00:01:29")
+        out = self.path("mixed_out.edl")
+        self.assertEqual(tcs("convert", mixed, out).returncode, 0)
+        self.assertIn("FCM: DROP FRAME\n002  R2       V     C        01:10:00;00", read(out))
 
     # M2 speeds: shown by info, and at gives the source frame they play.
     def test_speeds(self):

@@ -19,6 +19,7 @@ ClipView ViewOf(const TCSCLIP& row) {
     clip.name = Text(row.info->name);
     clip.reel = Text(row.info->reel);
     clip.comment = Text(row.info->comment);
+    clip.sourceCounting = clsGetSourceCounting(row.info);
     if (int32_t milli = 0; clsGetClipSpeed(row.info, &milli, nullptr) != 0) {
       clip.speed = SpeedText(milli);
     }

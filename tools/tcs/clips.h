@@ -27,6 +27,7 @@ struct ClipView {
   std::string transition;  // "" for a cut, else the effect's name or text
   uint32_t transitionFrames;
   std::string speed;  // "" at the timeline's rate, else source frames per second ("-25.0")
+  uint32_t sourceCounting = CLS_SOURCE_AS_LIST;  // clsGetSourceCounting
 };
 
 struct ChannelView {

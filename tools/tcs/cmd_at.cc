@@ -66,7 +66,7 @@ int RunAt(const Args& args) {
         json.Key("reel").String(a.clip->reel);
         json.Key("recordIn").String(timeline.Tc(a.clip->recordIn));
         json.Key("recordOut").String(timeline.Tc(a.clip->recordOut));
-        json.Key("source").String(timeline.Tc(a.source));
+        json.Key("source").String(timeline.SourceTc(*a.clip, a.source));
         json.Key("sourceFrame").Number(a.source);
         json.EndObject();
       }
@@ -82,7 +82,7 @@ int RunAt(const Args& args) {
     if (!a.clip) {
       table.Row(ChannelName(a.channel), "nothing plays");
     } else {
-      table.Row(ChannelName(a.channel), "source " + timeline.Tc(a.source),
+      table.Row(ChannelName(a.channel), "source " + timeline.SourceTc(*a.clip, a.source),
                 "reel " + (a.clip->reel.empty() ? std::string("-") : a.clip->reel), a.clip->name);
     }
   }

@@ -52,11 +52,13 @@ void PrintText(const Timeline& timeline) {
       const std::string_view reel = clip.reel.empty() ? std::string_view("-") : clip.reel;
       if (speeds) {
         table.Row(timeline.Tc(clip.recordIn), timeline.Tc(clip.recordOut),
-                  timeline.Tc(clip.sourceIn), timeline.Tc(clip.sourceOut), TransitionText(clip),
+                  timeline.SourceTc(clip, clip.sourceIn), timeline.SourceTc(clip, clip.sourceOut),
+                  TransitionText(clip),
                   clip.speed.empty() ? "-" : clip.speed, reel, clip.name);
       } else {
         table.Row(timeline.Tc(clip.recordIn), timeline.Tc(clip.recordOut),
-                  timeline.Tc(clip.sourceIn), timeline.Tc(clip.sourceOut), TransitionText(clip),
+                  timeline.SourceTc(clip, clip.sourceIn), timeline.SourceTc(clip, clip.sourceOut),
+                  TransitionText(clip),
                   reel, clip.name);
       }
     }
@@ -69,9 +71,9 @@ void PrintText(const Timeline& timeline) {
 }
 
 // "key": the timecode, and "keyFrame" (or `frameKey`): the frame count.
-void TimecodeMember(JsonWriter& json, const Timeline& timeline, const char* key, uint32_t frames,
-                    const char* frameKey = nullptr) {
-  json.Key(key).String(timeline.Tc(frames));
+void TimecodeMember(JsonWriter& json, const std::string& timecode, const char* key,
+                    uint32_t frames, const char* frameKey = nullptr) {
+  json.Key(key).String(timecode);
   json.Key(frameKey != nullptr ? std::string(frameKey) : std::string(key) + "Frame").Number(frames);
 }
 
@@ -94,10 +96,10 @@ void PrintJson(const Timeline& timeline) {
     json.Key("clips").BeginArray();
     for (const ClipView& clip : channel.clips) {
       json.BeginObject();
-      TimecodeMember(json, timeline, "recordIn", clip.recordIn);
-      TimecodeMember(json, timeline, "recordOut", clip.recordOut);
-      TimecodeMember(json, timeline, "sourceIn", clip.sourceIn);
-      TimecodeMember(json, timeline, "sourceOut", clip.sourceOut);
+      TimecodeMember(json, timeline.Tc(clip.recordIn), "recordIn", clip.recordIn);
+      TimecodeMember(json, timeline.Tc(clip.recordOut), "recordOut", clip.recordOut);
+      TimecodeMember(json, timeline.SourceTc(clip, clip.sourceIn), "sourceIn", clip.sourceIn);
+      TimecodeMember(json, timeline.SourceTc(clip, clip.sourceOut), "sourceOut", clip.sourceOut);
       json.Key("name").String(clip.name);
       json.Key("reel").String(clip.reel);
       json.Key("comment").String(clip.comment);
@@ -113,9 +115,10 @@ void PrintJson(const Timeline& timeline) {
   json.Key("totals").BeginObject();
   json.Key("clips").Number(totals.clips);
   json.Key("channels").Number(totals.channels);
-  TimecodeMember(json, timeline, "start", totals.first);
-  TimecodeMember(json, timeline, "end", totals.end);
-  TimecodeMember(json, timeline, "duration", totals.end - totals.first, "durationFrames");
+  TimecodeMember(json, timeline.Tc(totals.first), "start", totals.first);
+  TimecodeMember(json, timeline.Tc(totals.end), "end", totals.end);
+  TimecodeMember(json, timeline.Tc(totals.end - totals.first), "duration",
+                 totals.end - totals.first, "durationFrames");
   json.EndObject();
   json.EndObject();
 }

@@ -164,6 +164,14 @@ Timeline::~Timeline() {
   if (space_ != nullptr) tcsClose(space_);
 }
 
+std::string Timeline::SourceTc(const ClipView& clip, uint32_t frames) const {
+  FrameRate rate = read_.rate;
+  if (clip.sourceCounting != CLS_SOURCE_AS_LIST && timecode::CanDropFrame(rate.fps)) {
+    rate = timecode::MakeFrameRate(rate.fps, clip.sourceCounting == CLS_SOURCE_DROP_FRAME);
+  }
+  return timecode::TimecodeString(frames, rate);
+}
+
 unsigned int Timeline::OnAdd(void* self, CTimeCodeSpace*, CClip*) {
   Timeline& timeline = *static_cast<Timeline*>(self);
   ++timeline.added_;

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "cli.h"
+#include "clips.h"
 #include "edl_file.h"
 #include "tcs.h"
 #include "timecode/timecode.h"
@@ -54,6 +55,9 @@ class Timeline {
   size_t warnings() const { return read_.warnings.size(); }
   const std::string& path() const { return path_; }
   std::string Tc(uint32_t frames) const { return timecode::TimecodeString(frames, read_.rate); }
+  // A source timecode of `clip`, counted as the list counted it (its FCM:
+  // line) where that differs from the record timecodes.
+  std::string SourceTc(const ClipView& clip, uint32_t frames) const;
 
   // The title the file gives itself (its TITLE: line), else its name
   // without directory and extension.
