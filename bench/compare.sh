@@ -71,8 +71,9 @@ if "BM_WriteSpaceEdl" in counters:
           "  (every clip of every channel)")
 ratio("edlReadFile vs the parsed adds", "BM_ImportEdlFile/iterations:3",
       "BM_AddParsedLines/iterations:3", 1.5)
+# Finding the rate keeps the parsed lines until the read (some 20 MB here).
 ratio("mixed list, rate found vs given", "BM_ReadMixedText/1/iterations:3",
-      "BM_ReadMixedText/0/iterations:3", 1.1)
+      "BM_ReadMixedText/0/iterations:3", 1.15)
 if "BM_ScanMixedRate" in median and "BM_ReadMixedText/0/iterations:3" in median:
     print(f"the rate scan alone (a second parse)  {median['BM_ScanMixedRate'] / 1e6:>7.1f} ms"
           f"  ({median['BM_ScanMixedRate'] / median['BM_ReadMixedText/0/iterations:3']:.2f}x of the read)")
